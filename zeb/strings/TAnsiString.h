@@ -1,0 +1,349 @@
+// TAnsiString.h: the library's owning 8-bit string.
+//
+// A TAnsiString is a NUL-terminated byte buffer that the object allocates, grows and frees. It
+// stores only the buffer pointer and its capacity (bytes allocated, NUL included); the length is
+// found by scanning for the NUL each time. The bytes are opaque: ANSI, UTF-8 or any other 8-bit
+// encoding. Case folding and character classes are ASCII only.
+//
+// A null buffer and a buffer whose first byte is NUL are both "empty". The getters return the
+// buffer as it is, so they may return null for a default-constructed string; use nullStr() or
+// isEmpty() where a C string is required. Bad arguments never fail: null pointers and
+// out-of-range positions or counts give the neutral result each member documents (no change, an
+// empty result, 0 or -1).
+//
+// Growth: appending or inserting n bytes to a string of length L and capacity C reallocates only
+// when L + n + 1 > C, and then to C + C/2 + 1 + n bytes.
+//
+//   TAnsiString s("report");
+//   s += ".csv";
+//   if (s.isEndsWith(".CSV", true)) s.insert("2024-", 0);   // "2024-report.csv"
+//   unsigned h = s.hashValue();
+//
+// One object must not be used from two threads at once.
+#ifndef ZEB_STRINGS_TANSISTRING_H
+#define ZEB_STRINGS_TANSISTRING_H
+
+#include <stdarg.h>
+
+#include "zeb/zeb_api.h"
+
+// 0: bytes compare exactly. Any non-zero value: ASCII letters fold before comparing.
+enum tCaseSensitivity { CaseSensitive = 0, CaseInsensitive = 1 };
+
+// Selects the capacity-reserving constructor.
+struct tcapacityTag {};
+
+class ZEB_API TAnsiString {
+ public:
+  // ---- construction and assignment -----------------------------------------------------------
+
+  TAnsiString() = default;
+  // Null `s`, empty `s` or len 0: null buffer. len < 0: up to the NUL. Otherwise exactly len + 1
+  // bytes holding `len` bytes of `s` (embedded NULs included) and a NUL.
+  TAnsiString(const char* s, int len = -1);
+  // capacity < 1: null buffer; otherwise exactly `capacity` bytes holding "".
+  TAnsiString(int capacity, tcapacityTag);
+  TAnsiString(const TAnsiString& other);
+  TAnsiString(TAnsiString&& other) noexcept;
+  virtual ~TAnsiString();
+
+  TAnsiString& operator=(const TAnsiString& other);
+  TAnsiString& operator=(TAnsiString&& other) noexcept;
+  TAnsiString& operator=(const char* s);
+
+  // Null/empty `s` or len 0 frees the buffer. len < 0: strlen. When len < capacity the bytes are
+  // copied into the existing buffer; otherwise a buffer of exactly len + 1 bytes replaces it.
+  TAnsiString& setText(const char* s, int len = -1);
+  TAnsiString& assign(const char* s, int len = -1);
+  TAnsiString& assign(const TAnsiString& other);
+  TAnsiString& copy(const TAnsiString& other);
+
+  // ---- buffer access --------------------------------------------------------------------------
+
+  const char* getBuffer() const { return buffer; }
+  char* data() { return buffer; }
+  const char* data() const { return buffer; }
+  const char* p() const { return buffer; }
+  operator const char*() const { return buffer; }
+
+  int length() const;
+  bool isEmpty() const { return buffer == nullptr || buffer[0] == '\0'; }
+  bool isNotEmpty() const { return !isEmpty(); }
+  int getCapacity() const { return capacity; }
+
+  // Hands the buffer to the caller (release it with delete[]); the string becomes null.
+  char* releasePtr();
+  // Frees the buffer; the string becomes null.
+  void deleteBuffer();
+
+  // One process-wide empty string (null buffer), built on first use.
+  static const TAnsiString& nullStr();
+
+  // ---- appending: every form follows the growth rule; null, "" or NUL appends nothing ---------
+
+  TAnsiString& cat(const char* s);
+  TAnsiString& ncat(const char* s, int n);
+  TAnsiString& append(const char* s, int len = -1);
+  TAnsiString& append(const TAnsiString& s);
+  TAnsiString& appendChar(char c);
+  TAnsiString& operator+=(const char* s);
+  TAnsiString& operator+=(const TAnsiString& s);
+  TAnsiString& operator+=(char c);
+  TAnsiString operator+(const char* s) const;
+  TAnsiString operator+(const TAnsiString& s) const;
+  TAnsiString operator+(char c) const;
+
+  // ---- numbers --------------------------------------------------------------------------------
+
+  // Replace the content with the decimal text of the value, '0'-padded after the sign to at least
+  // `minDigits` characters ("-042" for -42 with 4). The buffer is made at least 50 bytes.
+  TAnsiString& fromInt32(int value, int minDigits = 0);
+  TAnsiString& fromUInt32(unsigned int value, int minDigits = 0);
+  TAnsiString& fromInt64(long long value, int minDigits = 0);
+  TAnsiString& fromUInt64(unsigned long long value, int minDigits = 0);
+  TAnsiString& inttostr(long long value, int minDigits = 0);
+  TAnsiString& uinttostr(unsigned long long value, int minDigits = 0);
+  // Write the decimal text and a NUL into `out` (at least 22 bytes, or minDigits + 1); return the
+  // characters written, NUL not counted. Null `out` returns 0.
+  static int inttostrS(char* out, long long value, int minDigits, bool isUnsigned);
+  static int uinttostrS(char* out, unsigned long long value, int minDigits);
+
+  // Hexadecimal text of the value, '0'-padded to `width` digits.
+  TAnsiString& fromInt32ToHex(unsigned int value, int width = 0, bool upper = true);
+  TAnsiString& fromInt64ToHex(unsigned long long value, int width = 0, bool upper = true);
+  // Two upper-case digits per byte; a non-zero `separator` character goes between bytes
+  // ("0A 1B" with ' '). Null `bytes` or count < 1 gives "".
+  TAnsiString& fromHex(const void* bytes, int count, int separator = 0);
+
+  // Decimal parsing: skip `start` bytes, then spaces and '\t'..'\r', one optional sign, then at
+  // most `maxDigits` digits (< 0: unlimited). No overflow check: the value wraps. No number: 0.
+  int toInt32(int start = 0, int maxDigits = -1) const;
+  long long toInt64(int start = 0, int maxDigits = -1) const;
+  static int strtoint(const char* s, int start = 0, int maxDigits = -1);
+  static unsigned int strtouint(const char* s, int start = 0, int maxDigits = -1);
+  static long long strtoint64(const char* s, int start = 0, int maxDigits = -1);
+  static unsigned long long strtouint64(const char* s, int start = 0, int maxDigits = -1);
+  // Floating-point parsing in the C locale ('.' as the decimal point, whatever the process
+  // locale), after leading spaces and '\t'..'\r'; accepts what strtod accepts. No number: 0.
+  float toFloat() const;
+  double toDouble() const;
+
+  // True when every byte (of the first `len`, len < 0: all) is a digit; with allowSignAndPoint
+  // '.', '+' and '-' may also appear anywhere. Null, empty or len 0: false.
+  bool isNumeric(bool allowSignAndPoint = false) const;
+  static bool isNumeric(const char* s, int len, bool allowSignAndPoint);
+
+  // Hexadecimal value read from the end, as hextoint(s, 0) (see zeb_cstr.h).
+  unsigned long long HexToInt() const;
+  static unsigned long long HexToInt(const char* s);
+  // Non-empty and only '0'..'9', 'A'..'F', 'a'..'f' ("0x1F" is not).
+  bool isHex() const;
+
+  // ---- search: a byte index, or -1 --------------------------------------------------------------
+
+  // Deliberately asymmetric: the second argument is a count of leading bytes to skip (the search
+  // starts at index `skip`) and the search is always case-sensitive. Use posSubStr to fold case.
+  int Find(const char* sub, tCaseSensitivity skip = CaseSensitive) const;
+  // First occurrence at or after `start`; -1 when this or `sub` is empty or the string ends
+  // before `start`. Folds ASCII case when `cs` is non-zero.
+  int posSubStr(const char* sub, int start = 0, tCaseSensitivity cs = CaseSensitive) const;
+  // First occurrence of `c` at or after `start` (a start past the end gives -1).
+  int posSubChar(char c, int start = 0, tCaseSensitivity cs = CaseSensitive) const;
+  int find(char c, int start = 0, tCaseSensitivity cs = CaseSensitive) const;
+  // Backwards from index `from`; from < 0 or past the last byte starts at the last byte. Folds
+  // case only when `cs` is exactly CaseInsensitive.
+  int reverseFind(char c, int from = -1, tCaseSensitivity cs = CaseSensitive) const;
+  // The last occurrence of `sub` that starts at or before `from` (same start rule); folds when
+  // `cs` is non-zero. -1 when either is empty.
+  int reverseFind(const char* sub, int from = -1, tCaseSensitivity cs = CaseSensitive) const;
+  bool contain(const char* sub, tCaseSensitivity cs = CaseSensitive) const;
+  bool contain(char c, tCaseSensitivity cs = CaseSensitive) const;
+  int countOfChar(char c) const;
+  // Prefix / suffix tests; an empty prefix or suffix is always found.
+  bool beginWith(const char* prefix, bool ignoreCase = false) const;
+  bool isEndsWith(const char* suffix, bool ignoreCase = false) const;
+
+  // ---- comparison -----------------------------------------------------------------------------
+
+  // Empty (null or "") sorts before everything else and equals another empty. Otherwise
+  // _stricmp when folding, else unsigned byte order; the result is -1, 0 or 1.
+  int compare(const char* s, tCaseSensitivity cs = CaseSensitive) const;
+  int compare(const TAnsiString& s, tCaseSensitivity cs = CaseSensitive) const;
+  // As compare, over at most `n` bytes (n < 1: 0).
+  int ncompare(const char* s, int n, tCaseSensitivity cs = CaseSensitive) const;
+  bool equal(const char* s, tCaseSensitivity cs = CaseSensitive) const;
+  bool equal(const TAnsiString& s, tCaseSensitivity cs = CaseSensitive) const;
+  bool equalIgnoreCase(const char* s) const;
+
+  bool operator==(const TAnsiString& s) const { return equal(s); }
+  bool operator==(const char* s) const { return equal(s); }
+  bool operator==(char c) const;
+  bool operator!=(const TAnsiString& s) const { return !equal(s); }
+  bool operator!=(const char* s) const { return !equal(s); }
+  bool operator!=(char c) const { return !(*this == c); }
+  bool operator<(const TAnsiString& s) const { return compare(s) < 0; }
+  bool operator>(const TAnsiString& s) const { return compare(s) > 0; }
+  bool operator<=(const TAnsiString& s) const { return compare(s) <= 0; }
+  bool operator>=(const TAnsiString& s) const { return compare(s) >= 0; }
+  bool operator<(const char* s) const { return compare(s) < 0; }
+  bool operator>(const char* s) const { return compare(s) > 0; }
+  bool operator<=(const char* s) const { return compare(s) <= 0; }
+  bool operator>=(const char* s) const { return compare(s) >= 0; }
+
+  // ---- editing in place -----------------------------------------------------------------------
+
+  // Insert at byte `pos`; pos < 0 counts as 0 and pos past the end appends. len < 0: strlen.
+  TAnsiString& insert(const char* s, int pos, int len = -1);
+  TAnsiString& insert(const TAnsiString& s, int pos);
+  TAnsiString& insert(char c, int pos);
+  // No change when pos < 0, count < 1 or pos + count > length.
+  TAnsiString& remove(int pos, int count);
+  // Keep the first n bytes (n < 1 empties; n >= length: no change).
+  TAnsiString& trunc(int n);
+  // Keep the last n bytes (n < 1 empties; n >= length: no change).
+  TAnsiString& truncRight(int n);
+  // Drop the last n bytes (n < 1: no change; n >= length empties).
+  TAnsiString& chop(int n);
+  // n > 0: n copies of c in a buffer of exactly n + 1 bytes. n < 0: overwrite every byte with c.
+  // n == 0: empty.
+  TAnsiString& fill(char c, int n);
+  // Append n further copies of the content (n < 1 or empty: no change).
+  TAnsiString& repeat(int n);
+  // Remove leading / trailing bytes found in `set`; a null set means ' ' only.
+  TAnsiString& trim(const char* set = nullptr);
+  TAnsiString& trimLeft(const char* set = nullptr);
+  TAnsiString& trimRight(const char* set = nullptr);
+  TAnsiString& replace(char from, char to);
+  // Every non-overlapping occurrence of `from`, left to right, becomes `to` (null `to`: removed).
+  // Null or empty `from`: no change.
+  TAnsiString& replace(const char* from, const char* to, bool ignoreCase = false);
+  // Remove every byte c with low <= c <= high (signed), high 0 meaning `low` alone.
+  TAnsiString& removeChr(char low, char high = 0);
+  TAnsiString& toLower();
+  TAnsiString& toUpper();
+  // First byte NUL; the buffer is kept.
+  TAnsiString& clear();
+  // Every byte of the buffer NUL; the buffer is kept.
+  TAnsiString& zeroString();
+  // n <= 0 frees. onlyGrow and capacity > n: no change. Otherwise exactly n bytes, the content
+  // kept (truncated or zero-extended) when keepContent. Always true.
+  bool setCapacity(int n, bool keepContent = true, bool onlyGrow = false);
+  // An empty string in a buffer of exactly n bytes (n <= 0: null): setCapacity(n, false, false).
+  bool resetCapacity(int n);
+
+  // ---- extraction: new strings ----------------------------------------------------------------
+
+  // start < 0 counts as 0; a start past the end or count 0 gives ""; count < 0: to the end.
+  TAnsiString substring(int start, int count = -1) const;
+  TAnsiString left(int n) const;
+  // The last n bytes (n > length: all).
+  TAnsiString last(int n) const;
+  // Same as last(n).
+  TAnsiString right(int n) const;
+  // The n-th (from 0) word of the content, words being separated by runs of spaces and tabs.
+  TAnsiString getNSubStr(int n) const;
+  // The part after the n-th occurrence of `c` counted from the end (n < 1 counts as 1); the whole
+  // string when `c` occurs fewer than n times.
+  TAnsiString getCharRSubStr(int n, char c) const;
+  TAnsiString dup() const;
+
+  // Byte at index i; 0 when i is out of range or the string is empty.
+  char getChar(int i) const;
+  char at(int i) const { return getChar(i); }
+  char operator[](int i) const { return getChar(i); }
+  char front() const { return getChar(0); }
+  char back() const;
+
+  // ---- text extraction and formatting ---------------------------------------------------------
+
+  // The content becomes the text between the first `startTag` at or after `start` in `text` and
+  // the following `endTag` (an empty `endTag` means to the end). *next, when given, receives the
+  // index just past the end tag. Returns false (content "", *next -1) when a tag is missing.
+  bool fromBetweenTag(const char* text, const char* startTag, const char* endTag,
+                      bool ignoreCase = false, int start = 0, int* next = nullptr);
+  // The content becomes field `index` (from 0) of `text` from byte `start`, fields being
+  // separated by the string `sep`; bytes in `trimSet` are trimmed from both ends of the field.
+  // *next receives the index after the field's separator, or -1 after the last field. Returns
+  // false (content "") when there are fewer fields.
+  bool fromToken(const char* text, const char* sep, int index, int start = 0, int* next = nullptr,
+                 const char* trimSet = nullptr);
+  // fromBetweenTag / fromToken applied to this string's content, giving a new string.
+  TAnsiString subStringFromTags(const char* startTag, const char* endTag, bool ignoreCase = false,
+                                int start = 0, int* next = nullptr) const;
+  TAnsiString subStringFromToken(const char* sep, int index, int start = 0, int* next = nullptr,
+                                 const char* trimSet = nullptr) const;
+  // The content becomes the first line of `text` (without "\r\n", "\n" or "\r"); returns the start
+  // of the next line, or null when there is none.
+  const char* fromFirstLine(const char* text);
+
+  // Parses "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX", with or without braces, into a 16-byte GUID
+  // (Data1, Data2, Data3 in native order, then 8 bytes). False, guid untouched, on bad text.
+  bool hexToGUID(void* guid) const;
+  // Upper-case GUID text, in braces when `braces`.
+  TAnsiString& fromGUID(const void* guid, bool braces = true);
+
+  // The first four-digit run in `text` that is not part of a longer digit run and lies in
+  // [minYear, maxYear]; 0 when none. extractYearEX removes it (and one space before it) from
+  // `text` when `removeIt`.
+  static int extractYearEX(char* text, bool removeIt, int minYear, int maxYear);
+  static int extractYear(const char* text, int minYear, int maxYear);
+
+  // "512 B", "1.50 KB", "3.00 MB", ... (1024 steps, two decimals above bytes); `separator`
+  // (null: " ") goes between the number and the unit.
+  TAnsiString& fromFileSize(long long bytes, const char* separator = nullptr);
+  // "h:mm:ss" (hours unbounded; negative values get a leading '-').
+  TAnsiString& fromSeconds(int seconds);
+  // Milliseconds with `decimals` decimals and the unit: "12.35 ms".
+  TAnsiString& fromMs(double ms, int decimals = 2);
+  // Fixed-point text with `decimals` decimals (0..17), '.' as the decimal point.
+  TAnsiString& fromFloat(double value, int decimals = 2);
+
+  // printf-style formatting of the C conventions, except that NaN prints "NaN", infinities "-Inf"
+  // and "+Inf", and a null %s "(NULL)". '.' is always the decimal point. Returns the length of
+  // the new content; a null format gives "" and 0.
+  int sprintf(const char* fmt, ...)
+#if defined(__GNUC__)
+      __attribute__((format(printf, 2, 3)))
+#endif
+      ;
+  int sprintfArgs(const char* fmt, va_list args);
+
+  // ---- hashing --------------------------------------------------------------------------------
+
+  // SuperFastHash over signed bytes; 0 for null, len 0 or "". len < 0: strlen.
+  static unsigned int hashValue(const char* s, int len = -1);
+  unsigned int hashValue() const;
+  // MurmurHash64B, seed 0xEE6B27EB; 0 for null, len 0 or "". len < 0: strlen.
+  static unsigned long long hashValue64(const char* s, int len = -1);
+  unsigned long long hashValue64() const;
+
+  // ---- C-string helpers -----------------------------------------------------------------------
+
+  // strlen + 1, or 0 for null.
+  static int getSize(const char* s);
+  // strlen, or 0 for null.
+  static int length(const char* s);
+  // A new[] copy (release with delete[]), or null for null.
+  static char* dup(const char* s);
+
+ protected:
+  char* buffer = nullptr;
+  int capacity = 0;
+
+ private:
+  // Comparing a string with an integer is a mistake: these keep `s == 0` from compiling.
+  bool operator==(int) const;
+  bool operator!=(int) const;
+  // Appending a number appends its decimal text; private so that `s += 5` is not mistaken for a
+  // character append.
+  TAnsiString& operator+=(int value);
+  TAnsiString& operator+=(unsigned int value);
+  TAnsiString& operator+=(long long value);
+  TAnsiString& operator+=(unsigned long long value);
+  TAnsiString operator+(int value) const;
+  TAnsiString operator+(unsigned int value) const;
+  TAnsiString operator+(long long value) const;
+  TAnsiString operator+(unsigned long long value) const;
+};
+
+#endif  // ZEB_STRINGS_TANSISTRING_H

@@ -1,0 +1,11 @@
+// zeb_common.h: every public header of zeb_common in one include.
+#ifndef ZEB_ZEB_COMMON_H
+#define ZEB_ZEB_COMMON_H
+
+#include "zeb/zeb_api.h"
+#include "zeb/platform/wintypes.h"
+#include "zeb/strings/TAnsiString.h"
+#include "zeb/strings/wildcard.h"
+#include "zeb/strings/zeb_cstr.h"
+
+#endif  // ZEB_ZEB_COMMON_H
