@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# The demo: installs what is missing, builds the example programs and runs each of them.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+# shellcheck source=scripts/deps.sh
+source "$root/scripts/deps.sh"
+zeb_install_missing_packages
+
+build=${ZEB_BUILD_DIR:-$root/build}/demo
+cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DZEB_BUILD_TESTS=OFF >/dev/null
+cmake --build "$build" -j "$(nproc)" >/dev/null
+
+echo "== zeb_grep: the lines of README.md that match '*zeb_common*', with their hashes"
+"$build/examples/zeb_grep" '*zeb_common*' "$root/README.md"

@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# The test command. On a fresh Debian machine it installs what is missing, then:
+#   1. builds everything (library, tests, benchmarks, examples) and runs every test with CTest;
+#   2. installs the library into a temporary prefix and builds a consumer project against it,
+#      once with find_package and once with pkg-config;
+#   3. builds the libFuzzer targets with clang and runs each briefly; runs the benchmarks once;
+#   4. rebuilds with AddressSanitizer + UndefinedBehaviorSanitizer and runs every test again.
+# Exits non-zero on the first failure. ZEB_BUILD_DIR chooses the build folder (default build/).
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+# shellcheck source=scripts/deps.sh
+source "$root/scripts/deps.sh"
+zeb_install_missing_packages
+
+build=${ZEB_BUILD_DIR:-$root/build}
+jobs=$(nproc)
+step() { printf '\n==== %s\n' "$*"; }
+
+configure_and_build() {  # <folder> <cmake options...>
+  local dir=$1
+  shift
+  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >"$dir.configure.log" 2>&1 ||
+    { cat "$dir.configure.log"; return 1; }
+  cmake --build "$dir" -j "$jobs"
+}
+
+run_tests() {  # <folder>
+  ctest --test-dir "$1" -j "$jobs" --output-on-failure --timeout 300
+}
+
+mkdir -p "$build"
+# A locale whose decimal point is ',', for the tests that prove number text ignores the locale.
+export LOCPATH="$build/locales"
+if [ ! -d "$LOCPATH/de_DE.UTF-8" ]; then
+  mkdir -p "$LOCPATH"
+  localedef -i de_DE -f UTF-8 "$LOCPATH/de_DE.UTF-8" >/dev/null 2>&1 || echo "note: no de_DE locale"
+fi
+
+step "Build and test"
+configure_and_build "$build/release" -DZEB_BUILD_BENCH=ON
+run_tests "$build/release"
+
+step "Consume the installed package"
+prefix="$build/prefix"
+rm -rf "$prefix" "$build/consumer"
+cmake --install "$build/release" --prefix "$prefix" >/dev/null
+cmake -S "$root/examples/consumer" -B "$build/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$build/consumer"
+LD_LIBRARY_PATH="$prefix/lib" "$build/consumer/zeb_consumer"
+PKG_CONFIG_PATH="$prefix/lib/pkgconfig" sh -c \
+  'c++ "$0/examples/consumer/main.cpp" -o "$1/consumer_pc" $(pkg-config --cflags --libs zeb_common)' \
+  "$root" "$build"
+LD_LIBRARY_PATH="$prefix/lib" "$build/consumer_pc"
+
+step "Fuzz targets (a few seconds each)"
+CC=clang CXX=clang++ configure_and_build "$build/fuzz" -DZEB_BUILD_FUZZ=ON -DZEB_BUILD_TESTS=OFF \
+  -DZEB_BUILD_EXAMPLES=OFF
+for fuzzer in "$build"/fuzz/fuzz/zeb_fuzz_*; do
+  [ -x "$fuzzer" ] || continue
+  echo "$(basename "$fuzzer")"
+  "$fuzzer" -max_total_time="${ZEB_FUZZ_SECONDS:-10}" -print_final_stats=0 >"$fuzzer.log" 2>&1 ||
+    { tail -n 40 "$fuzzer.log"; exit 1; }
+done
+
+step "Benchmarks (one short pass)"
+for bench in "$build"/release/bench/zeb_*_bench; do
+  "$bench" --benchmark_min_time=0.01 >"$bench.log" 2>&1 || { tail -n 40 "$bench.log"; exit 1; }
+  echo "$(basename "$bench"): $(grep -c '^BM_' "$bench.log") benchmarks ran"
+done
+
+step "Tests under AddressSanitizer + UndefinedBehaviorSanitizer"
+configure_and_build "$build/asan" -DZEB_SANITIZE=address,undefined -DZEB_BUILD_EXAMPLES=OFF
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests "$build/asan"
