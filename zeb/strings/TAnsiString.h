@@ -27,8 +27,9 @@
 
 #include "zeb/zeb_api.h"
 
-// 0: bytes compare exactly. Any non-zero value: ASCII letters fold before comparing.
-enum tCaseSensitivity { CaseSensitive = 0, CaseInsensitive = 1 };
+// 0: bytes compare exactly. Any non-zero value: ASCII letters fold before comparing. The int
+// underlying type makes every int a valid value (Find takes a count of bytes to skip here).
+enum tCaseSensitivity : int { CaseSensitive = 0, CaseInsensitive = 1 };
 
 // Selects the capacity-reserving constructor.
 struct tcapacityTag {};
@@ -52,7 +53,9 @@ class ZEB_API TAnsiString {
   TAnsiString& operator=(const char* s);
 
   // Null/empty `s` or len 0 frees the buffer. len < 0: strlen. When len < capacity the bytes are
-  // copied into the existing buffer; otherwise a buffer of exactly len + 1 bytes replaces it.
+  // copied into the existing buffer; otherwise a buffer of exactly len + 1 bytes replaces it. The
+  // copy works like strncpy (it stops at a NUL within `len`, zeros fill up to `len`); `s` may
+  // point into this string's own buffer.
   TAnsiString& setText(const char* s, int len = -1);
   TAnsiString& assign(const char* s, int len = -1);
   TAnsiString& assign(const TAnsiString& other);
@@ -80,6 +83,8 @@ class ZEB_API TAnsiString {
   static const TAnsiString& nullStr();
 
   // ---- appending: every form follows the growth rule; null, "" or NUL appends nothing ---------
+  // An explicit length takes at most `len` bytes and stops at a NUL (len < 0: strlen). The text
+  // may be this string's own (s.append(s) doubles it).
 
   TAnsiString& cat(const char* s);
   TAnsiString& ncat(const char* s, int n);
@@ -96,7 +101,8 @@ class ZEB_API TAnsiString {
   // ---- numbers --------------------------------------------------------------------------------
 
   // Replace the content with the decimal text of the value, '0'-padded after the sign to at least
-  // `minDigits` characters ("-042" for -42 with 4). The buffer is made at least 50 bytes.
+  // `minDigits` characters ("-042" for -42 with 4). A buffer smaller than 50 bytes (or than
+  // minDigits + 1, for wider padding) is replaced by one of exactly that size.
   TAnsiString& fromInt32(int value, int minDigits = 0);
   TAnsiString& fromUInt32(unsigned int value, int minDigits = 0);
   TAnsiString& fromInt64(long long value, int minDigits = 0);
@@ -108,11 +114,12 @@ class ZEB_API TAnsiString {
   static int inttostrS(char* out, long long value, int minDigits, bool isUnsigned);
   static int uinttostrS(char* out, unsigned long long value, int minDigits);
 
-  // Hexadecimal text of the value, '0'-padded to `width` digits.
+  // Hexadecimal text of the value, '0'-padded to `width` digits; the buffer as for fromInt32.
   TAnsiString& fromInt32ToHex(unsigned int value, int width = 0, bool upper = true);
   TAnsiString& fromInt64ToHex(unsigned long long value, int width = 0, bool upper = true);
   // Two upper-case digits per byte; a non-zero `separator` character goes between bytes
-  // ("0A 1B" with ' '). Null `bytes` or count < 1 gives "".
+  // ("0A 1B" with ' '), in a new buffer of exactly the size needed. Null `bytes` or count < 1
+  // gives "" (the buffer kept).
   TAnsiString& fromHex(const void* bytes, int count, int separator = 0);
 
   // Decimal parsing: skip `start` bytes, then spaces and '\t'..'\r', one optional sign, then at
@@ -123,8 +130,10 @@ class ZEB_API TAnsiString {
   static unsigned int strtouint(const char* s, int start = 0, int maxDigits = -1);
   static long long strtoint64(const char* s, int start = 0, int maxDigits = -1);
   static unsigned long long strtouint64(const char* s, int start = 0, int maxDigits = -1);
-  // Floating-point parsing in the C locale ('.' as the decimal point, whatever the process
-  // locale), after leading spaces and '\t'..'\r'; accepts what strtod accepts. No number: 0.
+  // Floating-point parsing with '.' as the decimal point whatever the process locale, after
+  // leading spaces and '\t'..'\r': one optional sign, then decimal notation with an optional
+  // exponent, "0x" hexadecimal notation, "inf"/"infinity" or "nan" (as strtod). No number, or
+  // one beyond the range of the type, gives 0.
   float toFloat() const;
   double toDouble() const;
 
@@ -192,7 +201,8 @@ class ZEB_API TAnsiString {
 
   // ---- editing in place -----------------------------------------------------------------------
 
-  // Insert at byte `pos`; pos < 0 counts as 0 and pos past the end appends. len < 0: strlen.
+  // Insert at byte `pos`; pos < 0 counts as 0 and pos past the end appends. len < 0: strlen;
+  // otherwise at most `len` bytes, stopping at a NUL. The growth rule applies.
   TAnsiString& insert(const char* s, int pos, int len = -1);
   TAnsiString& insert(const TAnsiString& s, int pos);
   TAnsiString& insert(char c, int pos);
@@ -217,7 +227,8 @@ class ZEB_API TAnsiString {
   // Every non-overlapping occurrence of `from`, left to right, becomes `to` (null `to`: removed).
   // Null or empty `from`: no change.
   TAnsiString& replace(const char* from, const char* to, bool ignoreCase = false);
-  // Remove every byte c with low <= c <= high (signed), high 0 meaning `low` alone.
+  // Remove every byte c with low <= c <= high (signed), high 0 meaning `low` alone. The result
+  // goes into a new buffer of the same capacity.
   TAnsiString& removeChr(char low, char high = 0);
   TAnsiString& toLower();
   TAnsiString& toUpper();
@@ -257,14 +268,19 @@ class ZEB_API TAnsiString {
   // ---- text extraction and formatting ---------------------------------------------------------
 
   // The content becomes the text between the first `startTag` at or after `start` in `text` and
-  // the following `endTag` (an empty `endTag` means to the end). *next, when given, receives the
-  // index just past the end tag. Returns false (content "", *next -1) when a tag is missing.
+  // the following `endTag` (a null or empty `endTag` means to the end). *next, when given,
+  // receives the index just past the end tag, ready to be the next call's `start`. Returns false
+  // (content "", *next -1) when a tag is missing, `startTag` is null or empty, or `start` lies
+  // past the end of `text` (a negative start counts as 0).
   bool fromBetweenTag(const char* text, const char* startTag, const char* endTag,
                       bool ignoreCase = false, int start = 0, int* next = nullptr);
   // The content becomes field `index` (from 0) of `text` from byte `start`, fields being
-  // separated by the string `sep`; bytes in `trimSet` are trimmed from both ends of the field.
-  // *next receives the index after the field's separator, or -1 after the last field. Returns
-  // false (content "") when there are fewer fields.
+  // separated by the string `sep` (matched case-sensitively; a null or empty `sep` makes the rest
+  // of the text one field); bytes in `trimSet` (null: none) are trimmed from both ends of the
+  // field. *next receives the index after the field's separator, or -1 after the last field, so
+  // that fromToken(text, sep, 0, next, &next) walks the fields ("a," has two: "a" and "").
+  // Returns false (content "", *next -1) when there are fewer fields, index < 0 or `start` lies
+  // past the end (a negative start counts as 0).
   bool fromToken(const char* text, const char* sep, int index, int start = 0, int* next = nullptr,
                  const char* trimSet = nullptr);
   // fromBetweenTag / fromToken applied to this string's content, giving a new string.
@@ -273,34 +289,45 @@ class ZEB_API TAnsiString {
   TAnsiString subStringFromToken(const char* sep, int index, int start = 0, int* next = nullptr,
                                  const char* trimSet = nullptr) const;
   // The content becomes the first line of `text` (without "\r\n", "\n" or "\r"); returns the start
-  // of the next line, or null when there is none.
+  // of the next line, or null when there is none: a line end that closes the text starts no
+  // further line ("a\n" is one line, "a\n\n" two). Null `text`: content "" and null.
   const char* fromFirstLine(const char* text);
 
   // Parses "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX", with or without braces, into a 16-byte GUID
-  // (Data1, Data2, Data3 in native order, then 8 bytes). False, guid untouched, on bad text.
+  // (Data1, Data2, Data3 in native order, then 8 bytes); hexadecimal digits in either case,
+  // nothing else around. False, guid untouched, on bad text or a null `guid`.
   bool hexToGUID(void* guid) const;
-  // Upper-case GUID text, in braces when `braces`.
+  // Upper-case GUID text, in braces when `braces`; a null `guid` gives "".
   TAnsiString& fromGUID(const void* guid, bool braces = true);
 
   // The first four-digit run in `text` that is not part of a longer digit run and lies in
-  // [minYear, maxYear]; 0 when none. extractYearEX removes it (and one space before it) from
-  // `text` when `removeIt`.
+  // [minYear, maxYear]; 0 when none or for a null `text` ("0000" never matches). extractYearEX
+  // removes it from `text` when `removeIt`, with one space next to it: the one before, or else
+  // the one after ("Movie 2019 HD" becomes "Movie HD", "2019 Movie" becomes "Movie").
   static int extractYearEX(char* text, bool removeIt, int minYear, int maxYear);
   static int extractYear(const char* text, int minYear, int maxYear);
 
-  // "512 B", "1.50 KB", "3.00 MB", ... (1024 steps, two decimals above bytes); `separator`
-  // (null: " ") goes between the number and the unit.
+  // "512 B", "1.50 KB", "3.00 MB", ... up to "EB" (1024 steps, two decimals above bytes; the
+  // larger unit as soon as the value would print as 1024.00, so 1048575 gives "1.00 MB");
+  // negative sizes get a '-'. `separator` (null: " ") goes between the number and the unit.
   TAnsiString& fromFileSize(long long bytes, const char* separator = nullptr);
   // "h:mm:ss" (hours unbounded; negative values get a leading '-').
   TAnsiString& fromSeconds(int seconds);
-  // Milliseconds with `decimals` decimals and the unit: "12.35 ms".
+  // Milliseconds with `decimals` decimals (clamped to 0..17) and the unit: "12.35 ms".
   TAnsiString& fromMs(double ms, int decimals = 2);
-  // Fixed-point text with `decimals` decimals (0..17), '.' as the decimal point.
+  // Fixed-point text with `decimals` decimals (clamped to 0..17), '.' as the decimal point; NaN
+  // and infinities print as sprintf prints them.
   TAnsiString& fromFloat(double value, int decimals = 2);
 
-  // printf-style formatting of the C conventions, except that NaN prints "NaN", infinities "-Inf"
-  // and "+Inf", and a null %s "(NULL)". '.' is always the decimal point. Returns the length of
-  // the new content; a null format gives "" and 0.
+  // printf-style formatting of the C conventions (flags "-+ #0", width and precision, '*', the
+  // length modifiers hh h l ll j z t L, the conversions d i u o x X c s p e E f F g G a A and
+  // "%%"), except that: NaN prints "NaN" and infinities "-Inf" and "+Inf" (the width and '-'
+  // apply, '0' and the precision do not); a null %s prints "(NULL)" the same way; '.' is always
+  // the decimal point, whatever the locale; %p prints "0x" and lower-case hex digits; %n
+  // consumes its pointer and stores nothing; an unknown conversion is copied as it stands;
+  // widths and precisions above 1048576 count as 1048576. The format and arguments may point
+  // into this string. A NUL written by %c ends the content. Returns the length of the new
+  // content; a null format gives "" and 0.
   int sprintf(const char* fmt, ...)
 #if defined(__GNUC__)
       __attribute__((format(printf, 2, 3)))
@@ -310,10 +337,12 @@ class ZEB_API TAnsiString {
 
   // ---- hashing --------------------------------------------------------------------------------
 
-  // SuperFastHash over signed bytes; 0 for null, len 0 or "". len < 0: strlen.
+  // SuperFastHash over signed bytes; 0 for null, len 0 or "". len < 0: strlen; otherwise exactly
+  // `len` bytes, NULs included.
   static unsigned int hashValue(const char* s, int len = -1);
   unsigned int hashValue() const;
-  // MurmurHash64B, seed 0xEE6B27EB; 0 for null, len 0 or "". len < 0: strlen.
+  // MurmurHash64B, seed 0xEE6B27EB; 0 for null, len 0 or "". len < 0: strlen; otherwise exactly
+  // `len` bytes, NULs included.
   static unsigned long long hashValue64(const char* s, int len = -1);
   unsigned long long hashValue64() const;
 
