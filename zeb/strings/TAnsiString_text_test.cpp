@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <limits.h>
-#include <locale.h>
 #include <math.h>
 #include <stdarg.h>
 #include <stddef.h>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "zeb/platform/wintypes.h"
+#include "testing/comma_locale.h"
 #include "zeb/strings/TAnsiString.h"
 
 namespace {
@@ -129,29 +129,9 @@ TEST(TAnsiStringSprintfTest, ReplacesContentAndReturnsItsLength) {
   EXPECT_TRUE(s.isEmpty());
 }
 
-// Restores the numeric locale when the test ends.
-class NumericLocaleGuard {
- public:
-  NumericLocaleGuard() : saved_(setlocale(LC_NUMERIC, nullptr)) {}
-  ~NumericLocaleGuard() { setlocale(LC_NUMERIC, saved_.c_str()); }
-
- private:
-  std::string saved_;
-};
-
-bool selectCommaDecimalLocale() {
-  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "ru_RU.UTF-8",
-                           "de_DE", "fr_FR"}) {
-    if (setlocale(LC_NUMERIC, name) != nullptr && strcmp(localeconv()->decimal_point, ",") == 0) {
-      return true;
-    }
-  }
-  return false;
-}
-
 TEST(TAnsiStringSprintfTest, DecimalPointIsAlwaysDot) {
-  NumericLocaleGuard guard;
-  if (!selectCommaDecimalLocale()) GTEST_SKIP() << "no locale with a ',' decimal point installed";
+  zeb::testing::CommaDecimalLocale comma;
+  if (!comma.active()) GTEST_SKIP() << "no locale with a ',' decimal point";
   EXPECT_EQ("1.50 1.500000e+00 0x1.8p+0 2.5", format("%.2f %e %a %g", 1.5, 1.5, 1.5, 2.5));
   TAnsiString s;
   EXPECT_EQ("3.14", text(s.fromFloat(3.14159, 2)));

@@ -1,9 +1,10 @@
 #include "zeb/strings/zeb_cstr.h"
 
+#include "testing/comma_locale.h"
+
 #include <gtest/gtest.h>
 
 #include <limits.h>
-#include <locale.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -209,17 +210,10 @@ TEST(ZebGcvtTest, FormatsInShortestForm) {
 }
 
 TEST(ZebGcvtTest, IgnoresACommaDecimalLocale) {
-  const std::string previous = setlocale(LC_NUMERIC, nullptr);
-  const char* commaLocales[] = {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE", "fr_FR"};
-  bool switched = false;
-  for (const char* name : commaLocales) {
-    if (!switched && setlocale(LC_NUMERIC, name)) switched = true;
-  }
-  if (!switched) GTEST_SKIP() << "no comma-decimal locale installed";
+  zeb::testing::CommaDecimalLocale comma;
+  if (!comma.active()) GTEST_SKIP() << "no locale with a ',' decimal point";
   char buf[32];
-  const std::string text = zeb_gcvt(2.5, 6, buf);
-  setlocale(LC_NUMERIC, previous.c_str());
-  EXPECT_EQ("2.5", text);
+  EXPECT_STREQ("2.5", zeb_gcvt(2.5, 6, buf));
 }
 
 }  // namespace
