@@ -66,7 +66,7 @@ done
 step "Benchmarks (one short pass)"
 for bench in "$build"/release/bench/zeb_*_bench; do
   "$bench" --benchmark_min_time=0.01 >"$bench.log" 2>&1 || { tail -n 40 "$bench.log"; exit 1; }
-  echo "$(basename "$bench"): $(grep -c '^BM_' "$bench.log") benchmarks ran"
+  echo "$(basename "$bench"): $(grep -cE ' (ns|us|ms) ' "$bench.log") benchmarks ran"
 done
 
 step "Tests under AddressSanitizer + UndefinedBehaviorSanitizer"
