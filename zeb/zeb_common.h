@@ -3,8 +3,11 @@
 #define ZEB_ZEB_COMMON_H
 
 #include "zeb/zeb_api.h"
+#include "zeb/charset/zeb_charset.h"
 #include "zeb/platform/wintypes.h"
 #include "zeb/strings/TAnsiString.h"
+#include "zeb/strings/TWideString.h"
+#include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
 

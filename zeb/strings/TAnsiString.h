@@ -25,7 +25,10 @@
 
 #include <stdarg.h>
 
+#include "zeb/charset/zeb_charset.h"
 #include "zeb/zeb_api.h"
+
+class TWideString;
 
 // 0: bytes compare exactly. Any non-zero value: ASCII letters fold before comparing. The int
 // underlying type makes every int a valid value (Find takes a count of bytes to skip here).
@@ -264,6 +267,77 @@ class ZEB_API TAnsiString {
   char operator[](int i) const { return getChar(i); }
   char front() const { return getChar(0); }
   char back() const;
+
+  // ---- conversion between encodings ----------------------------------------------------------
+  // The members that convert keep the old content when the conversion fails or produces nothing,
+  // except fromWideString, which starts from an empty string. They return true when the content
+  // was converted into at least one byte. A conversion fails when the converter drops anything:
+  // undecodable input, or a character the target charset cannot hold. The exceptions are the
+  // steps between UTF-16 and the ANSI code page (fromWideString with cs 1, convertANSIToUTF8, the
+  // zwchar_t operators), which follow the OS code-page API: undecodable bytes become U+FFFD and
+  // characters the code page cannot hold '?'. "ANSI" is the code page current at the call
+  // (zeb_getAnsiCodePage).
+
+  // The content becomes `w` in the ANSI code page (cs 1), GB2312 (cs 2025) or UTF-8 (any other
+  // value, 3 included) in a buffer of 3n + 4 bytes for n units. Null `w`: a null string, false;
+  // empty `w` or a failed conversion: "", false.
+  bool fromWideString(const zwchar_t* w, tmibcharset cs);
+  // ASCII-only copy of `w` up to its first unit of 128 or more, in a buffer of n + 2 bytes for n
+  // units (null or empty `w`: null string).
+  TAnsiString& fromWideStringQuick(const zwchar_t* w);
+  // The content read in charset `cs` as a 16-bit string ("" for a null buffer).
+  TWideString wstr(tmibcharset cs) const;
+  // In place: ANSI code page -> UTF-8. The capacity becomes at least 3n + 3 for n bytes.
+  bool convertANSIToUTF8();
+  // In place: UTF-8 -> ANSI, `from` -> UTF-8, `from` -> ANSI, GB18030 -> UTF-8, Latin-9 -> UTF-8.
+  // The result replaces the content in a new buffer of 3(n + 1) bytes for n bytes. An empty
+  // string, a null or empty `from`, and for convertAnyToUtf8 a `from` of "utf-8" in any case,
+  // leave the content as it is.
+  bool convertUTF8ToANSI();
+  bool convertAnyToUtf8(const char* from);
+  bool convertAnyToANSI(const char* from);
+  bool convertGB18030ToUTF8();
+  bool convertLatin9ToUTF8();
+  // setText(s) followed by the matching in-place conversion (so a failure leaves `s` itself).
+  bool fromUTF8ToANSI(const char* s);
+  bool fromANSIToUTF8(const char* s);
+  bool fromGB18030ToUTF8(const char* s);
+  bool fromLatin9ToUTF8(const char* s);
+  // The 16-bit text converted to the ANSI code page (as fromWideString(w, 1)), then assigned or
+  // appended; a null `w` assigns a null string and appends nothing.
+  TAnsiString& operator=(const zwchar_t* w);
+  TAnsiString& operator+=(const zwchar_t* w);
+  TAnsiString& operator+=(zwchar_t c);
+  TAnsiString operator+(const zwchar_t* w) const;
+  TAnsiString operator+(zwchar_t c) const;
+
+  // ---- paths: '/' and '\\' are both separators ----------------------------------------------
+
+  // Replace the content with its file name, directory (separator kept), drive ("C:"), extension
+  // (without the dot) or file name without extension. A null buffer reads as "".
+  TAnsiString& extractFileName();
+  TAnsiString& extractFileDir();
+  TAnsiString& extractFileDriver();
+  TAnsiString& extractFileExt();
+  TAnsiString& extractFileNameNoExt();
+  // Every run of '/' and '\\' becomes one `sep` (0: '\\'); a leading UNC "\\\\" is kept.
+  TAnsiString& normalizeFileNameSplash(char sep = 0);
+  // Converts from charset `cs` to 16 bits, applies TWideString::normalizeFileName(keepPath) and
+  // converts back to `cs`.
+  TAnsiString& normalizeFileName(tmibcharset cs, bool keepPath);
+  // Non-empty and ending in '/' or '\\' (the argument is not consulted).
+  bool isEndWithBacksplash(char sep = 0) const;
+  // Appends `sep` (0: '\\') unless the content already ends in '/' or '\\'.
+  TAnsiString& ensureEndWithBacksplash(char sep = 0);
+  // Removes one trailing '/' or '\\'.
+  TAnsiString& removeEndedBacksplash();
+  // At least two bytes, and the first or the second is '"'.
+  bool isQuoted() const;
+  // "" becomes "\"\""; otherwise a '"' is added in front and at the end where missing.
+  TAnsiString& ensureQuoted();
+  // The file-name part of a URL: the last path segment, without query ("?...") or fragment
+  // ("#...").
+  TAnsiString extractFileNameFromURL() const;
 
   // ---- text extraction and formatting ---------------------------------------------------------
 

@@ -11,8 +11,11 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <climits>
 #include <cmath>
 #include <type_traits>
+
+#include "zeb/charset/zeb_charset.h"
 
 namespace zeb::internal {
 namespace {
@@ -327,6 +330,19 @@ void appendString(std::basic_string<CharT>& out, const Spec& spec, const CharT* 
   appendText(out, spec, text, size);
 }
 
+// %hs of the 16-bit engine: UTF-8 text decoded to UTF-16 first (nothing when it is not valid
+// UTF-8), then printed as a %s argument.
+void appendUtf8String(std::basic_string<zwchar_t>& out, const Spec& spec, const char* text) {
+  if (text == nullptr) return appendText(out, spec, "(NULL)", 6);
+  const size_t size = strlen(text);
+  if (size > size_t(INT_MAX / 2 - 4)) return;  // beyond what the decoder's sizes can express
+  // Room as the decoder asks for: two units per byte and four more.
+  std::basic_string<zwchar_t> decoded(2 * size + 4, zwchar_t(0));
+  const int units = StrUtf8ToUnicode(decoded.data(), int(decoded.size()), text, int(size));
+  decoded.resize(size_t(units > 0 ? units : 0));
+  appendString(out, spec, decoded.c_str());
+}
+
 // The C library writes the locale's decimal point, which may be ',' or several bytes. Every other
 // byte of a finite, unsigned conversion is a (hexadecimal) digit, 'x', 'p' or an exponent sign,
 // so the one run of other bytes is the decimal point: it becomes '.'. `text` is NUL-terminated;
@@ -424,6 +440,11 @@ void appendConversion(std::basic_string<CharT>& out, const Spec& spec, ArgList& 
       return appendText(out, spec, &c, 1);
     }
     case 's':
+      if constexpr (!std::is_same_v<CharT, char>) {
+        if (spec.length == LengthModifier::Short) {
+          return appendUtf8String(out, spec, nextArg<const char*>(args));
+        }
+      }
       return appendString(out, spec, nextArg<const CharT*>(args));
     case 'n':  // the pointer is consumed, never written through
       nextArg<void*>(args);
@@ -469,5 +490,7 @@ void formatPrintf(std::basic_string<CharT>& out, const CharT* fmt, va_list args)
 }
 
 template void formatPrintf<char>(std::string& out, const char* fmt, va_list args);
+template void formatPrintf<zwchar_t>(std::basic_string<zwchar_t>& out, const zwchar_t* fmt,
+                                     va_list args);
 
 }  // namespace zeb::internal

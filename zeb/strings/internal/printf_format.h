@@ -11,7 +11,9 @@
 //   - %p prints the address as "0x" followed by lower-case hexadecimal digits ("0x0" for null).
 //   - %n consumes its pointer argument and stores nothing.
 //   - %s reads a string of the engine's unit type and %c an int converted to that unit; length
-//     modifiers on them are ignored. A '0' flag on them pads with spaces.
+//     modifiers on them are ignored, except that the 16-bit engine reads %hs as a NUL-terminated
+//     8-bit UTF-8 string, decoded to UTF-16 (text that is not valid UTF-8 prints as nothing; the
+//     precision counts units of the decoded text). A '0' flag on them pads with spaces.
 //   - "%%" prints '%' whatever flags or width it carries.
 //   - An unknown conversion, or a specification cut short by the end of the format, is copied to
 //     the output as it stands and consumes no argument.
@@ -27,6 +29,8 @@
 
 #include <string>
 
+#include "zeb/zeb_api.h"
+
 namespace zeb::internal {
 
 // Largest width or precision the engine honours (1 MiB of padding or digits).
@@ -34,11 +38,13 @@ constexpr int kMaxFieldSize = 1 << 20;
 
 // Appends the formatting of `fmt` with the arguments in `args` to `out`. `args` itself is not
 // consumed (the engine reads a copy), so the caller may still va_end it. `fmt` must not be null.
-// CharT is the text unit: char now, the 16-bit unit for the wide string class later.
+// CharT is the text unit: char or zwchar_t.
 template <typename CharT>
 void formatPrintf(std::basic_string<CharT>& out, const CharT* fmt, va_list args);
 
 extern template void formatPrintf<char>(std::string& out, const char* fmt, va_list args);
+extern template void formatPrintf<zwchar_t>(std::basic_string<zwchar_t>& out, const zwchar_t* fmt,
+                                            va_list args);
 
 }  // namespace zeb::internal
 
