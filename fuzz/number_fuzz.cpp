@@ -1,4 +1,5 @@
-// number_fuzz.cpp: libFuzzer target over the number parsers of TAnsiString and hextoint.
+// number_fuzz.cpp: libFuzzer target over the number parsers of TAnsiString, TWideString and
+// hextoint.
 //
 // Input: byte 0 is `start`, byte 1 `maxDigits`, byte 2 a length for the length-limited forms
 // (each read as a signed char); the rest is the text (up to its first NUL). Each parser is checked
@@ -14,6 +15,7 @@
 #include <string>
 
 #include "zeb/strings/TAnsiString.h"
+#include "zeb/strings/TWideString.h"
 #include "zeb/strings/zeb_cstr.h"
 
 namespace {
@@ -104,6 +106,20 @@ void checkHex(const char* s, int len) {
   }
 }
 
+// The 16-bit class runs the same parsers: the text widened byte by byte must parse alike.
+void checkWideAgrees(const std::string& text, int start, int maxDigits) {
+  std::u16string units;
+  for (unsigned char c : text) units.push_back(static_cast<char16_t>(c));
+  const TWideString wide(units.c_str());
+  const TAnsiString narrow(text.c_str());
+  require(wide.toInt64(start, maxDigits) == narrow.toInt64(start, maxDigits));
+  require(wide.isNumeric(true) == narrow.isNumeric(true));
+  require(wide.isHex() == narrow.isHex());
+  require(wide.HexToInt() == narrow.HexToInt());
+  const bool ascii = std::all_of(units.begin(), units.end(), [](char16_t u) { return u < 0x80; });
+  if (ascii) require(sameFloating(wide.toDouble(), narrow.toDouble()));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -117,5 +133,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   checkFloating(s);
   checkClassification(s, len);
   checkHex(s, len);
+  checkWideAgrees(std::string(s), start, maxDigits);
   return 0;
 }
