@@ -11,5 +11,10 @@ build=${ZEB_BUILD_DIR:-$root/build}/demo
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DZEB_BUILD_TESTS=OFF >/dev/null
 cmake --build "$build" -j "$(nproc)" >/dev/null
 
+logs="$build/logs"
+rm -rf "$logs"
 echo "== zeb_grep: the lines of README.md that match '*zeb_common*', with their hashes"
-"$build/examples/zeb_grep" '*zeb_common*' "$root/README.md"
+"$build/examples/zeb_grep" '*zeb_common*' "$root/README.md" --log "$logs"
+echo
+echo "== its log, $logs/zeb_grep.log (the marker file $logs/mdebug set debug level)"
+cat "$logs/zeb_grep.log"

@@ -4,11 +4,14 @@
 
 #include "zeb/zeb_api.h"
 #include "zeb/charset/zeb_charset.h"
+#include "zeb/data/binary_hex.h"
+#include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"
 #include "zeb/strings/TAnsiString.h"
 #include "zeb/strings/TWideString.h"
 #include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
+#include "zeb/utils/mfile.h"
 
 #endif  // ZEB_ZEB_COMMON_H

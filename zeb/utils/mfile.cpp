@@ -1,0 +1,147 @@
+// mfile.cpp: the whole-file helpers. They reach the file system only through platform/file.h and
+// hand out blocks from malloc, which zeb_deleteMem releases with free.
+
+#include "zeb/utils/mfile.h"
+
+#include <climits>
+#include <cstdlib>
+
+#include "zeb/log/zeb_log.h"
+#include "zeb/platform/file.h"
+#include "zeb/strings/TWideString.h"
+#include "zeb/strings/filename.h"
+
+namespace {
+
+const char kFileTag[] = "zeb.file";
+// The initial capacity of the folder prefix: the classic path limit, so common paths never grow it.
+const int kPrefixCapacity = 260;
+
+// Logs `fmt` with `path` in UTF-8 as its one argument when `level` passes the global level.
+void logPath(tloglevel level, const char* tag, const char* fmt, const zwchar_t* path) {
+  if (!ZEB_LOG_ENABLED(level)) return;
+  TAnsiString utf8;
+  utf8.fromWideString(path, MIB_UTF8);
+  mlogWithLevel(level, tag, fmt, utf8.isEmpty() ? "" : utf8.p());
+}
+
+bool isEmptyPath(const zwchar_t* path) {
+  return path == nullptr || path[0] == 0;
+}
+
+// Makes sure the folder `path` exists, creating it when missing. A failure is logged as an error;
+// a creation at debug level.
+bool ensureFolder(const zwchar_t* path) {
+  if (zeb::platform::pathExists(path)) return true;
+  if (!zeb::platform::makeFolder(path)) {
+    logPath(MLOG_ERROR, kFileTag, "force create:%s", path);
+    return false;
+  }
+  logPath(MLOG_DEBUG, kFileTag, "force create:%s", path);
+  return true;
+}
+
+// Whether component 1 of a path names a folder: it is empty for an absolute or UNC path and is a
+// bare drive ("C:") for a drive path, neither of which is created.
+bool isFolderName(const zwchar_t* component) {
+  return component[0] != 0 && !(component[1] == ':' && component[2] == 0);
+}
+
+// The size of the open stream `f`, found by seeking to its end; the stream is left at its start.
+// Below 1 when it is empty or cannot be measured.
+long streamSize(std::FILE* f) {
+  if (std::fseek(f, 0, SEEK_END) != 0) return -1;
+  const long size = std::ftell(f);
+  std::rewind(f);
+  return size;
+}
+
+// Reads the whole stream `f` of `size` bytes into a new block of size + 2 bytes, the last two
+// zero when `addTerminator` is set. Null when the block cannot be had or the read falls short.
+void* readBlock(std::FILE* f, long size, bool addTerminator) {
+  char* block = static_cast<char*>(std::malloc(static_cast<size_t>(size) + 2));
+  if (block == nullptr) return nullptr;
+  if (std::fread(block, static_cast<size_t>(size), 1, f) != 1) {
+    std::free(block);
+    return nullptr;
+  }
+  if (addTerminator) block[size] = block[size + 1] = 0;
+  return block;
+}
+
+// True when the existing, non-empty file `path` opens for reading and writing and gives one byte.
+bool canReadWrite(const zwchar_t* path) {
+  std::FILE* f = zeb::platform::openFile(path, "rb+");
+  if (f == nullptr) return false;
+  char byte;
+  const bool readable = std::fread(&byte, 1, 1, f) == 1;
+  std::fclose(f);
+  return readable;
+}
+
+}  // namespace
+
+// The prefix starts as component 1 of the path and grows by one component (a separator run and
+// a name) per level, so an absolute path keeps its root and a drive path its drive. Component 1
+// is itself a folder level when it is a name (the "abc" of "abc/def"). A path without component 2
+// is a single name or a bare drive and creates nothing.
+bool mforceCreateDirW(const zwchar_t* dir) {
+  zwchar_t component[ZEB_FILECOMPONENT_OUT_UNITS];
+  if (isEmptyPath(dir) || extractfiledirexw(dir, component, 2) <= 0) return false;
+  TWideString prefix(kPrefixCapacity, tcapacityTag{});
+  extractfiledirexw(dir, component, 1);
+  prefix += component;
+  if (isFolderName(component) && !ensureFolder(prefix)) return false;
+  for (unsigned n = 2; extractfiledirexw(dir, component, n) > 0; ++n) {
+    prefix += component;
+    if (!ensureFolder(prefix)) return false;
+  }
+  return true;
+}
+
+bool mforceCreateDirForFileW(const zwchar_t* filePath) {
+  zwchar_t folder[ZEB_FILEDIR_OUT_UNITS];
+  ExtractFileDirW(filePath, folder);
+  return mforceCreateDirW(folder);
+}
+
+int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {
+  if (isEmptyPath(path)) return -1;
+  std::FILE* f = zeb::platform::openFile(path, "w+b");
+  if (f == nullptr) return -2;
+  const bool written = data == nullptr || size == 0 || std::fwrite(data, size, 1, f) == 1;
+  std::fclose(f);
+  return written ? static_cast<int>(size) : -3;
+}
+
+// A file larger than an int can count is reported as unreadable (-4).
+int mreadFileW(const zwchar_t* path, void** outData, bool addTerminator) {
+  if (outData != nullptr) *outData = nullptr;
+  if (isEmptyPath(path)) return 0;
+  std::FILE* f = zeb::platform::openFile(path, "rb");
+  if (f == nullptr) return -1;
+  const long size = streamSize(f);
+  void* block = size < 1 || size > INT_MAX - 2 ? nullptr : readBlock(f, size, addTerminator);
+  std::fclose(f);
+  if (size < 1) return -2;
+  if (block == nullptr) return -4;
+  if (outData != nullptr) {
+    *outData = block;
+  } else {
+    std::free(block);
+  }
+  return static_cast<int>(size);
+}
+
+int mcheckFileRights(const zwchar_t* path) {
+  if (isEmptyPath(path) || !zeb::platform::pathExists(path)) return 1;
+  long long size = 0;
+  if (!zeb::platform::fileSize(path, &size)) return 0;
+  if (size == 0 || canReadWrite(path)) return 1;
+  logPath(MLOG_INFO, "", "nofilerights:%s", path);
+  return 0;
+}
+
+void zeb_deleteMem(void* p) {
+  std::free(p);
+}
