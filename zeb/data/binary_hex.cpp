@@ -6,31 +6,73 @@
 
 namespace {
 
-// Upper-case digits, then lower-case digits.
-const char kHexDigits[] = "0123456789ABCDEF0123456789abcdef";
-
 struct HexOptions {
   bool lowerCase;
   int lineWidth;
   bool withTag;
 };
 
-// Writes the rendering of `n` bytes (n >= 1) at `out` followed by a NUL; returns `out`.
+// The two digits of every byte value, upper case then lower case: one lookup per byte.
+struct DigitPairs {
+  char pair[2][256][2];
+};
+
+constexpr DigitPairs makeDigitPairs() {
+  constexpr char kDigits[] = "0123456789ABCDEF0123456789abcdef";
+  DigitPairs table{};
+  for (int lower = 0; lower < 2; ++lower) {
+    for (int byte = 0; byte < 256; ++byte) {
+      table.pair[lower][byte][0] = kDigits[lower * 16 + (byte >> 4)];
+      table.pair[lower][byte][1] = kDigits[lower * 16 + (byte & 0x0F)];
+    }
+  }
+  return table;
+}
+
+constexpr DigitPairs kDigitPairs = makeDigitPairs();
+
+// Writes the rendering of `n` bytes (n >= 1) at `out` followed by a NUL; returns `out`. The
+// options and each byte are read into locals first: every store through `p` may alias them, and
+// re-reading them per byte would cost more than the work itself.
+// The common dump form, digits only with no line feeds: two units per byte and nothing to decide.
 template <typename CharT>
-CharT* renderHex(const unsigned char* data, int n, CharT* out, const HexOptions& options) {
-  const char* digits = kHexDigits + (options.lowerCase ? 16 : 0);
+CharT* renderDigitsOnly(const unsigned char* data, int n, CharT* p, const char (*pairs)[2]) {
+  for (int i = 0; i < n; ++i) {
+    const char* digits = pairs[data[i]];
+    const CharT high = CharT(digits[0]);
+    const CharT low = CharT(digits[1]);
+    p[0] = high;
+    p[1] = low;
+    p += 2;
+  }
+  return p;
+}
+
+template <typename CharT>
+CharT* renderHex(const unsigned char* data, int n, CharT* out, HexOptions options) {
+  const char(*const pairs)[2] = kDigitPairs.pair[options.lowerCase ? 1 : 0];
+  if (!options.withTag && options.lineWidth < 1) {
+    *renderDigitsOnly(data, n, out, pairs) = CharT(0);
+    return out;
+  }
+  const bool withTag = options.withTag;
+  const int lineWidth = options.lineWidth;
+  const CharT tagLetter = CharT(options.lowerCase ? 'x' : 'X');
   CharT* p = out;
   int bytesOnLine = 1;
   for (int i = 0; i < n; ++i) {
-    if (options.withTag) {
+    const unsigned char byte = data[i];
+    const char high = pairs[byte][0];
+    const char low = pairs[byte][1];
+    if (withTag) {
       *p++ = CharT('0');
-      *p++ = CharT(options.lowerCase ? 'x' : 'X');
+      *p++ = tagLetter;
     }
-    *p++ = CharT(digits[data[i] >> 4]);
-    *p++ = CharT(digits[data[i] & 0x0F]);
-    if (options.withTag && i + 1 < n) *p++ = CharT(',');
+    *p++ = CharT(high);
+    *p++ = CharT(low);
+    if (withTag && i + 1 < n) *p++ = CharT(',');
     ++bytesOnLine;
-    if (options.lineWidth >= 1 && bytesOnLine > options.lineWidth) {
+    if (lineWidth >= 1 && bytesOnLine > lineWidth) {
       *p++ = CharT('\n');
       bytesOnLine = 1;
     }
@@ -49,7 +91,7 @@ int roomFor(int n, int unitsPerByte) {
 // Replaces `out` with the rendering in a buffer of roomFor(n, unitsPerByte) units.
 template <typename StringT>
 StringT& renderHexInto(const unsigned char* data, int n, StringT& out, int unitsPerByte,
-                       const HexOptions& options) {
+                       HexOptions options) {
   const int room = roomFor(n, unitsPerByte);
   out.resetCapacity(room);
   if (room > 0 && data != nullptr && n >= 1) renderHex(data, n, out.data(), options);
