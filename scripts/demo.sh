@@ -18,3 +18,6 @@ echo "== zeb_grep: the lines of README.md that match '*zeb_common*', with their 
 echo
 echo "== its log, $logs/zeb_grep.log (the marker file $logs/mdebug set debug level)"
 cat "$logs/zeb_grep.log"
+echo
+echo "== zeb_dates: today in every text style"
+"$build/examples/zeb_dates"

@@ -5,6 +5,8 @@
 #include "zeb/zeb_api.h"
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/binary_hex.h"
+#include "zeb/data/tbytesdata.h"
+#include "zeb/datetime/mdatetime.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"
 #include "zeb/strings/TAnsiString.h"
