@@ -13,16 +13,14 @@
 #include <string>
 #include <utility>
 
+#include "zeb/strings/internal/units.h"
+
 namespace {
 
 constexpr char kAnyRun = '*';
 constexpr char kAnyOne = '?';
 
-template <typename CharT>
-const CharT* orEmpty(const CharT* s) {
-  static const CharT kEmpty[1] = {};
-  return s ? s : kEmpty;
-}
+using zeb::internal::orEmpty;
 
 // Number of pattern characters in use: all of them for a negative `limit`, otherwise at most
 // `limit`, never past the terminating NUL.

@@ -9,13 +9,12 @@
 #include <charconv>
 #include <type_traits>
 
+#include "zeb/strings/internal/units.h"
+
 namespace {
 
-// The unsigned value of a character: bytes compare as 0..255, 16-bit units as 0..65535.
-template <typename CharT>
-unsigned unitValue(CharT c) {
-  return static_cast<std::make_unsigned_t<CharT>>(c);
-}
+using zeb::internal::orEmpty;
+using zeb::internal::unitValue;
 
 unsigned foldAscii(unsigned c) {
   return (c >= 'a' && c <= 'z') ? c - 32 : c;
@@ -25,12 +24,6 @@ template <typename CharT>
 unsigned comparable(CharT c, bool ignoreCase) {
   const unsigned value = unitValue(c);
   return ignoreCase ? foldAscii(value) : value;
-}
-
-template <typename CharT>
-const CharT* orEmpty(const CharT* s) {
-  static const CharT kEmpty[1] = {};
-  return s ? s : kEmpty;
 }
 
 template <typename CharT>
