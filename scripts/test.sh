@@ -17,12 +17,14 @@ build=${ZEB_BUILD_DIR:-$root/build}
 jobs=$(nproc)
 step() { printf '\n==== %s\n' "$*"; }
 
-configure_and_build() {  # <folder> <cmake options...>
-  local dir=$1
+configure_and_build() {  # <folder> <cmake options...> [-- <targets...>]
+  local dir=$1 options=() targets=()
   shift
-  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >"$dir.configure.log" 2>&1 ||
-    { cat "$dir.configure.log"; return 1; }
-  cmake --build "$dir" -j "$jobs"
+  while [ $# -gt 0 ] && [ "$1" != "--" ]; do options+=("$1"); shift; done
+  [ $# -gt 0 ] && { shift; targets=(--target "$@"); }
+  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "${options[@]}" \
+    >"$dir.configure.log" 2>&1 || { cat "$dir.configure.log"; return 1; }
+  cmake --build "$dir" -j "$jobs" "${targets[@]}"
 }
 
 run_tests() {  # <folder>
@@ -68,6 +70,13 @@ for bench in "$build"/release/bench/zeb_*_bench; do
   "$bench" --benchmark_min_time=0.01 >"$bench.log" 2>&1 || { tail -n 40 "$bench.log"; exit 1; }
   echo "$(basename "$bench"): $(grep -cE ' (ns|us|ms) ' "$bench.log") benchmarks ran"
 done
+
+step "Thread, task and log tests under ThreadSanitizer"
+tsan_suites=(zeb_thread_test zeb_log_test)
+configure_and_build "$build/tsan" -DZEB_SANITIZE=thread -DZEB_BUILD_EXAMPLES=OFF -- \
+  "${tsan_suites[@]}"
+TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$build/tsan" -j "$jobs" --output-on-failure \
+  --timeout 300 -L "^($(IFS='|'; echo "${tsan_suites[*]}"))\$"
 
 step "Tests under AddressSanitizer + UndefinedBehaviorSanitizer"
 configure_and_build "$build/asan" -DZEB_SANITIZE=address,undefined -DZEB_BUILD_EXAMPLES=OFF

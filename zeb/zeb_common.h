@@ -7,6 +7,7 @@
 #include "zeb/data/binary_hex.h"
 #include "zeb/data/tbytesdata.h"
 #include "zeb/datetime/mdatetime.h"
+#include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"
 #include "zeb/strings/TAnsiString.h"
@@ -14,6 +15,7 @@
 #include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
+#include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/mfile.h"
 
 #endif  // ZEB_ZEB_COMMON_H

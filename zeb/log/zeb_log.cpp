@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "zeb/data/binary_hex.h"
+#include "zeb/log/internal/log_core.h"
 #include "zeb/log/internal/log_file.h"
 #include "zeb/log/internal/log_line.h"
 #include "zeb/log/internal/log_thread_context.h"
@@ -211,6 +212,7 @@ void initLocked(const char* app) {
   s.pending.clear();
   s.initialised = true;
   threadContext().indent = 0;
+  threadContext().tickIndex = 0;
   logLocked(MLOG_INFO, kLogTag, "ZEBLog init:<-----------------------------");
   logLocked(MLOG_INFO, kLogTag, kVersionLine);
   logLocked(MLOG_INFO, kLogTag, "loglevel:%d", globalLevel());
@@ -227,8 +229,13 @@ void closeAllLocked() {
   s.pending.clear();
 }
 
-void finalizeLocked() {
+// Undoes one initialisation. The last one first stops the settings daemon, which releases the
+// lock while the daemon's thread ends; another thread may initialise or start a daemon meanwhile,
+// so the count and the daemon are looked at again afterwards.
+void finalize(LogGuard& guard) {
   LogState& s = state();
+  while (s.initCount == 1 && stopSettingsDaemon(guard)) {
+  }
   if (s.initCount == 0) return;
   if (--s.initCount > 0) return;
   s.filter.forgetText();
@@ -377,6 +384,16 @@ void writeHexDump(int level, const char* file, const void* data, int size, const
 }
 
 }  // namespace
+
+std::recursive_mutex& logMutex() {
+  return state().lock;
+}
+
+void ensureLogInitialised() {
+  LogLock guard(state().lock);
+  ensureInitialisedLocked();
+}
+
 }  // namespace log_internal
 }  // namespace zeb
 
@@ -633,8 +650,8 @@ int ZEB_Log_QuickInit(const char* app, const char* logPath, int, int, int assert
 }
 
 void mlogQuickFinalize(void) {
-  LogLock guard(state().lock);
-  finalizeLocked();
+  LogGuard guard(state().lock);
+  finalize(guard);
 }
 
 void ZEB_Log_Close_all(void) {

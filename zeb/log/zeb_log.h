@@ -161,10 +161,11 @@ ZEB_API void mlogSetFileBuffer(const char* path, int capacity);
 ZEB_API int mlogQuickInit(const char* app, const char* logPath);
 ZEB_API int ZEB_Log_QuickInit(const char* app, const char* logPath, int reserved1, int reserved2,
                               int assertSwitch);
-// Undoes one initialisation; the last closes every file, drops the tag filter and leaves the log
-// uninitialised (the next line initialises it again, with the app id "zeb"). A call with no
-// initialisation outstanding does nothing. Any line written before the log was initialised
-// initialises it (app id "zeb"), and that counts as an initialisation.
+// Undoes one initialisation; the last stops the settings daemon (waiting for its thread, without
+// holding the log lock), closes every file, drops the tag filter and leaves the log uninitialised
+// (the next line initialises it again, with the app id "zeb"). A call with no initialisation
+// outstanding does nothing. Any line written before the log was initialised initialises it (app id
+// "zeb"), and that counts as an initialisation.
 ZEB_API void mlogQuickFinalize(void);
 ZEB_API void ZEB_Log_Close_all(void);
 

@@ -39,6 +39,9 @@ long long wallClockMilliseconds();
 // cannot split the time.
 bool systemTimeUtc(TimeFields* out);
 bool systemTimeLocal(TimeFields* out);
+// The local calendar fields of the wall-clock second `epochSecond` (seconds since 1970-01-01
+// UTC), millisecond 0. False (and *out untouched) when the system cannot split it.
+bool localTimeOfSecond(long long epochSecond, TimeFields* out);
 
 // The local time of the UTC instant `utc`, and the UTC instant of the local time `local`, by the
 // zone rules in force (TZ). Milliseconds are carried over unchanged. A local time that falls in a

@@ -5,7 +5,9 @@
 
 #include <climits>
 #include <cstdlib>
+#include <optional>
 
+#include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
 #include "zeb/strings/TWideString.h"
@@ -79,6 +81,16 @@ bool canReadWrite(const zwchar_t* path) {
   return readable;
 }
 
+// At the debug level, opens the timing scope of a write of `size` bytes to `path` (shown in the
+// ANSI code page); the path is converted only then.
+void openWriteScope(std::optional<TMLogAutoTicks>& scope, const zwchar_t* path, unsigned size) {
+  if (!ZEB_LOG_ENABLED(MLOG_DEBUG)) return;
+  TAnsiString ansiPath;
+  ansiPath.fromWideString(path, MIB_ANSI);
+  scope.emplace(MLOG_DEBUG, kFileTag, "mwriteFile", "size:%u,name:%s", size,
+                ansiPath.isEmpty() ? "" : ansiPath.p());
+}
+
 }  // namespace
 
 // The prefix starts as component 1 of the path and grows by one component (a separator run and
@@ -106,6 +118,8 @@ bool mforceCreateDirForFileW(const zwchar_t* filePath) {
 }
 
 int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {
+  std::optional<TMLogAutoTicks> scope;
+  openWriteScope(scope, path, size);
   if (isEmptyPath(path)) return -1;
   std::FILE* f = zeb::platform::openFile(path, "w+b");
   if (f == nullptr) return -2;

@@ -29,6 +29,7 @@
 #include <string>
 
 #include "zeb/log/internal/log_thread_context.h"
+#include "zeb/platform/clock.h"
 #include "zeb/platform/process.h"
 #include "zeb/strings/internal/printf_format.h"
 
@@ -156,16 +157,18 @@ class LineFormatter {
 
   // Writes "<date> <time>.<ms> <pid>-<tid>:<letter>/" at `out`; returns its length.
   size_t writePrefix(char* out) {
-    const platform::WallClock now = platform::wallClockNow();
-    if (context_.stampLength == 0 || context_.stampSecond != now.seconds) stamp(now.seconds);
+    const long long nowMs = platform::wallClockMilliseconds();
+    const int milliseconds = static_cast<int>((nowMs % 1000 + 1000) % 1000);
+    const long long second = (nowMs - milliseconds) / 1000;
+    if (context_.stampLength == 0 || context_.stampSecond != second) stamp(second);
     if (context_.threadId == 0) context_.threadId = platform::currentThreadId();
     char* p = out;
     memcpy(p, context_.stampText, static_cast<size_t>(context_.stampLength));
     p += context_.stampLength;
     *p++ = '.';
-    *p++ = static_cast<char>('0' + now.milliseconds / 100);
-    *p++ = static_cast<char>('0' + now.milliseconds / 10 % 10);
-    *p++ = static_cast<char>('0' + now.milliseconds % 10);
+    *p++ = static_cast<char>('0' + milliseconds / 100);
+    *p++ = static_cast<char>('0' + milliseconds / 10 % 10);
+    *p++ = static_cast<char>('0' + milliseconds % 10);
     *p++ = ' ';
     p = writeDecimal(p, source_.processId);
     *p++ = '-';
@@ -180,7 +183,8 @@ class LineFormatter {
   }
 
   void stamp(long long second) {
-    const platform::CalendarTime t = platform::localCalendarTime(second);
+    platform::TimeFields t{};
+    platform::localTimeOfSecond(second, &t);
     const int length =
         snprintf(context_.stampText, sizeof context_.stampText, "%d-%02d-%02d %02d:%02d:%02d",
                  t.year, t.month, t.day, t.hour, t.minute, t.second);

@@ -5,6 +5,9 @@
 namespace zeb {
 namespace log_internal {
 
+// Depth of the tick stack of mlogBeginTickCount / mlogEndTickCount.
+constexpr int kTickSlots = 49;
+
 // Zero-filled when a thread first logs and released with the thread. It is trivially
 // destructible on purpose: lines written while the process exits (a module's global_loginit
 // finalising from a static destructor) still find it after the thread's other thread-local
@@ -14,6 +17,10 @@ struct ThreadContext {
   int tagWidth;
   // Spaces of indentation, changed in steps of 2 by mlogFormatPush / mlogFormatPop.
   int indent;
+  // The tick stack: start times (milliseconds since load) of the open mlogBeginTickCount calls,
+  // tickIndex of them in use.
+  long long tickStarts[kTickSlots];
+  int tickIndex;
   // The kernel's id of the thread, read on the first line (0 until then).
   unsigned long threadId;
   // "YYYY-MM-DD hh:mm:ss" of the wall-clock second stampSecond (stampLength 0: none yet), so

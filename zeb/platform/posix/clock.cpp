@@ -97,6 +97,10 @@ bool systemTimeLocal(TimeFields* out) {
   return systemTime(true, out);
 }
 
+bool localTimeOfSecond(long long epochSecond, TimeFields* out) {
+  return splitSeconds(static_cast<time_t>(epochSecond), 0, true, out);
+}
+
 bool utcToLocal(const TimeFields& utc, TimeFields* out) {
   return convertFields(utc, false, out);
 }
