@@ -1,7 +1,7 @@
-// Fuzzes the charset functions: arbitrary bytes through the decoders and arbitrary 16-bit units
-// through the encoders, into buffers sized exactly (so AddressSanitizer sees any overflow) by the
-// documented rules or deliberately too small. Checks that no result exceeds its buffer and that
-// the terminator and zero-fill rules hold.
+// Fuzzes the charset functions and the conversion members of the string classes: arbitrary bytes
+// through the decoders and arbitrary 16-bit units through the encoders, into buffers sized exactly
+// (so AddressSanitizer sees any overflow) by the documented rules or deliberately too small. Checks
+// that no result exceeds its buffer and that the terminator and zero-fill rules hold.
 #include <stddef.h>
 #include <stdint.h>
 #include <stdlib.h>
@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "zeb/charset/zeb_charset.h"
+#include "zeb/strings/TAnsiString.h"
+#include "zeb/strings/TWideString.h"
 
 namespace {
 
@@ -106,6 +108,46 @@ void fuzzAnsi(int (*convert)(Unit*, int, const Source*), const Source* text) {
   if (needed > 1) check(convert(out.get(), needed - 1, text) == 0);
 }
 
+// A converted string is terminated inside its own buffer.
+void checkTerminated(const TAnsiString& s) {
+  check(s.getCapacity() == 0 || s.length() < s.getCapacity());
+}
+void checkTerminated(const TWideString& s) {
+  check(s.getCapacity() == 0 || s.length() < s.getCapacity());
+}
+
+const tmibcharset kMibs[] = {MIB_ANSI, MIB_ASCII, MIB_UTF8, MIB_GB2312, 114, 2026, 4};
+
+// The members convert into buffers they size themselves: bytes to 16 bits and back, in place
+// and afresh, in every charset the library names.
+void fuzzStringMembers(const Choices& choices, const std::string& text, const zwchar_t* units) {
+  const tmibcharset cs = kMibs[choices.to % std::size(kMibs)];
+  TWideString wide(text.c_str(), cs);
+  checkTerminated(wide);
+  wide.fromAny(kMibs[choices.from % std::size(kMibs)], text.c_str(), choices.size % 2 ? -1 : 1);
+  checkTerminated(wide);
+  wide.fromASCIIQuick(text.c_str(), choices.size);
+  checkTerminated(wide);
+  checkTerminated(wide.utf8());
+  checkTerminated(wide.ansi());
+  TAnsiString narrow;
+  narrow.fromWideString(units, cs);
+  checkTerminated(narrow);
+  narrow.fromWideStringQuick(units);
+  checkTerminated(narrow);
+  narrow.setText(text.c_str());
+  narrow.convertAnyToUtf8(kCharsets[choices.from % std::size(kCharsets)]);
+  checkTerminated(narrow);
+  narrow.convertAnyToANSI(kCharsets[choices.to % std::size(kCharsets)]);
+  checkTerminated(narrow);
+  narrow.convertANSIToUTF8();
+  checkTerminated(narrow);
+  narrow.fromGB18030ToUTF8(text.c_str());
+  checkTerminated(narrow);
+  narrow.fromLatin9ToUTF8(text.c_str());
+  checkTerminated(narrow);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -118,7 +160,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   memcpy(units.data(), text.data(), text.size() - text.size() % sizeof(zwchar_t));
 
   zeb_setAnsiCodePage(kCodePages[choices.codePage % std::size(kCodePages)]);
-  switch (choices.mode % 10) {
+  switch (choices.mode % 11) {
     case 0:
       fuzzDecoder(choices, text, StrUtf8ToUnicode);
       break;
@@ -142,6 +184,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       break;
     case 7:
       fuzzAnsi(StrUnicodeToANSI, units.data());
+      break;
+    case 8:
+      fuzzStringMembers(choices, text, units.data());
       break;
     default:
       fuzzEncoders(choices, units.data(), units.size() - 1);

@@ -80,11 +80,9 @@ TAnsiString ansiOf(const zwchar_t* w) {
 bool TAnsiString::fromWideString(const zwchar_t* w, tmibcharset cs) {
   const size_t n = w == nullptr ? 0 : zeb_wcslen(w);
   const int size = w == nullptr ? 0 : core::convertedSize(n, 3, 4);
-  const bool converted = core::convertAfresh(buffer, capacity, size, [&](char* out, int outSize) {
+  return core::convertAfresh(buffer, capacity, size, [&](char* out, int outSize) {
     return narrowInto(cs, out, outSize, w, n);
   });
-  if (buffer != nullptr) buffer[capacity - 1] = '\0';
-  return converted;
 }
 
 TAnsiString& TAnsiString::fromWideStringQuick(const zwchar_t* w) {

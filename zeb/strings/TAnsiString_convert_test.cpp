@@ -161,4 +161,18 @@ TEST(AnsiCodePageConversion, TextTheCodePageCannotHold) {
   EXPECT_EQ(text(s), "a?");
 }
 
+// GB18030 can take four bytes for one Latin-9 byte: three such bytes fill all 3 * (3 + 1) bytes
+// of the new buffer, leaving no room for the NUL. That counts as "did not fit".
+TEST(AnsiCodePageConversion, ResultThatWouldFillTheWholeBufferKeepsTheContent) {
+  const DefaultCodePageRestorer restorer;
+  zeb_setAnsiCodePage(54936);
+  TAnsiString s("\xE2\xBC\xA9");
+  EXPECT_FALSE(s.convertAnyToANSI("Latin-9"));
+  EXPECT_EQ(text(s), "\xE2\xBC\xA9");
+  TAnsiString fits("\xE2\xBC");
+  EXPECT_TRUE(fits.convertAnyToANSI("Latin-9"));
+  EXPECT_EQ(fits.length(), 8);
+  EXPECT_LT(fits.length(), fits.getCapacity());
+}
+
 }  // namespace

@@ -8,11 +8,14 @@
 //     failed conversion leaves an empty string, or
 //   - the member keeps what it has unless the conversion works (replaceIfConverted): the filled
 //     buffer takes the old one's place only when it holds text.
-// In both, `convert(out, size)` fills `out` of `size` units and returns the units of text written
-// (the NUL not counted); a result below 1 means the conversion failed or produced nothing.
+// In both, `convert(out, room)` fills `out` of `room` units and returns the units of text written
+// (the NUL not counted); a result below 1 means the conversion failed or produced nothing. The
+// room is one unit less than the buffer: its last unit is kept for the NUL, so a conversion that
+// would fill the whole buffer (a GB18030 or Big5 target can take four bytes for one source byte)
+// fails as "did not fit" instead of leaving the text unterminated.
 //
-//   return replaceIfConverted(buffer, capacity, convertedSize(n, 3, 3), [&](char* out, int size) {
-//     return StrLatin9ToUTF8(out, size, text);
+//   return replaceIfConverted(buffer, capacity, convertedSize(n, 3, 3), [&](char* out, int room) {
+//     return StrLatin9ToUTF8(out, room, text);
 //   });
 #ifndef ZEB_STRINGS_INTERNAL_CONVERT_BUFFER_H
 #define ZEB_STRINGS_INTERNAL_CONVERT_BUFFER_H
@@ -33,6 +36,14 @@ inline int convertedSize(size_t n, int perUnit, int extra) {
   return n > limit ? 0 : static_cast<int>(n * static_cast<size_t>(perUnit)) + extra;
 }
 
+// A buffer of `size` (>= 1) units whose last unit is the NUL that ends any text converted into it.
+template <typename CharT>
+std::unique_ptr<CharT[]> newTerminatedBuffer(int size) {
+  std::unique_ptr<CharT[]> buffer(new CharT[static_cast<size_t>(size)]);
+  buffer[static_cast<size_t>(size) - 1] = 0;
+  return buffer;
+}
+
 // Frees the string's buffer, then converts into a new one of `size` units (size 0: the string
 // stays null). A conversion that fails or produces nothing leaves "". Returns whether it produced
 // text.
@@ -41,9 +52,9 @@ bool convertAfresh(CharT*& buffer, int& capacity, int size, Convert&& convert) {
   delete[] std::exchange(buffer, nullptr);
   capacity = 0;
   if (size <= 0) return false;
-  buffer = new CharT[static_cast<size_t>(size)];
+  buffer = newTerminatedBuffer<CharT>(size).release();
   capacity = size;
-  if (convert(buffer, size) >= 1) return true;
+  if (convert(buffer, size - 1) >= 1) return true;
   buffer[0] = 0;
   return false;
 }
@@ -54,8 +65,8 @@ bool convertAfresh(CharT*& buffer, int& capacity, int size, Convert&& convert) {
 template <typename CharT, typename Convert>
 bool replaceIfConverted(CharT*& buffer, int& capacity, int size, Convert&& convert) {
   if (size <= 0) return false;
-  std::unique_ptr<CharT[]> converted(new CharT[static_cast<size_t>(size)]);
-  if (convert(converted.get(), size) < 1) return false;
+  std::unique_ptr<CharT[]> converted = newTerminatedBuffer<CharT>(size);
+  if (convert(converted.get(), size - 1) < 1) return false;
   delete[] buffer;
   buffer = converted.release();
   capacity = size;
