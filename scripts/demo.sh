@@ -19,5 +19,9 @@ echo
 echo "== its log, $logs/zeb_grep.log (the marker file $logs/mdebug set debug level)"
 cat "$logs/zeb_grep.log"
 echo
+echo "== zeb_convert: a poem stored as GB18030 and as Big5, printed as UTF-8"
+"$build/examples/zeb_convert" "$root/examples/data/jingyesi.gb18030.txt" gb18030
+"$build/examples/zeb_convert" "$root/examples/data/jingyesi.big5.txt" BIG5
+echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
