@@ -23,5 +23,9 @@ echo "== zeb_convert: a poem stored as GB18030 and as Big5, printed as UTF-8"
 "$build/examples/zeb_convert" "$root/examples/data/jingyesi.gb18030.txt" gb18030
 "$build/examples/zeb_convert" "$root/examples/data/jingyesi.big5.txt" BIG5
 echo
+echo "== zeb_tasks: a task on a task thread reads README.md, converts it and logs each step"
+"$build/examples/zeb_tasks" "$root/README.md" "$logs/tasks"
+grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
+echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"

@@ -1,7 +1,7 @@
 # Sourced by the scripts: installs the Debian packages the build needs, only those missing.
 zeb_debian_packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev pkg-config locales
-  libgtest-dev libgmock-dev libbenchmark-dev libxxhash-dev libicu-dev libspdlog-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libxxhash-dev libicu-dev libspdlog-dev libglib2.0-dev
 )
 
 zeb_install_missing_packages() {
