@@ -14,6 +14,7 @@
 
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "testing/temp_dir.h"
@@ -65,6 +66,13 @@ class LogCapture {
   std::string path_;
   int savedLevel_;
 };
+
+// Runs `body` on a new thread and waits for it. Tag widths and indentation are per thread and
+// only grow, so tests that depend on them log from a fresh thread.
+template <typename Body>
+void onFreshThread(Body body) {
+  std::thread(body).join();
+}
 
 }  // namespace testing
 }  // namespace zeb

@@ -26,10 +26,7 @@ using zeb::testing::LogCapture;
 using zeb::testing::LogLine;
 using zeb::testing::parseLogLine;
 
-template <typename Body>
-void onFreshThread(Body body) {
-  std::thread(body).join();
-}
+using zeb::testing::onFreshThread;
 
 void sleepMs(int ms) {
   std::this_thread::sleep_for(std::chrono::milliseconds(ms));

@@ -21,11 +21,7 @@ using zeb::testing::LogCapture;
 using zeb::testing::LogLine;
 using zeb::testing::parseLogLine;
 
-// Tag widths are per thread and only grow, so tests that depend on them log from a new thread.
-template <typename Body>
-void onFreshThread(Body body) {
-  std::thread(body).join();
-}
+using zeb::testing::onFreshThread;
 
 bool contains(const std::vector<std::string>& items, const std::string& item) {
   return std::find(items.begin(), items.end(), item) != items.end();
