@@ -160,48 +160,48 @@ std::string consumeLiteral(FuzzedDataProvider& in) {
   return literal;
 }
 
-void consumeWidthAndPrecision(FuzzedDataProvider& in, Format& f, std::string& spec) {
+void consumeWidthAndPrecision(FuzzedDataProvider& in, Format& f, std::string& directive) {
   switch (in.ConsumeIntegralInRange(0, 2)) {
     case 1:
       f.width = in.ConsumeIntegralInRange(0, 64);
-      spec += std::to_string(f.width);
+      directive += std::to_string(f.width);
       break;
     case 2:
       f.starWidth = true;
       f.starWidthValue = in.ConsumeIntegralInRange(-64, 64);
       f.width = abs(f.starWidthValue);
       f.leftAlign = f.leftAlign || f.starWidthValue < 0;
-      spec += '*';
+      directive += '*';
       break;
   }
   switch (in.ConsumeIntegralInRange(0, 3)) {
     case 1:
-      spec += '.';
+      directive += '.';
       break;
     case 2:
-      spec += '.' + std::to_string(in.ConsumeIntegralInRange(0, 40));
+      directive += '.' + std::to_string(in.ConsumeIntegralInRange(0, 40));
       break;
     case 3:
       f.starPrecision = true;
       f.starPrecisionValue = in.ConsumeIntegralInRange(-5, 40);
-      spec += ".*";
+      directive += ".*";
       break;
   }
 }
 
 Format consumeFormat(FuzzedDataProvider& in, const char* lengthModifier, char conversion) {
   Format f;
-  std::string spec = "%";
+  std::string directive = "%";
   for (char flag : std::string("-+ #0")) {
-    if (in.ConsumeBool()) spec += flag;
+    if (in.ConsumeBool()) directive += flag;
   }
-  f.leftAlign = spec.find('-') != std::string::npos;
-  consumeWidthAndPrecision(in, f, spec);
-  spec += lengthModifier;
-  spec += conversion;
+  f.leftAlign = directive.find('-') != std::string::npos;
+  consumeWidthAndPrecision(in, f, directive);
+  directive += lengthModifier;
+  directive += conversion;
   f.prefix = consumeLiteral(in);
   f.suffix = consumeLiteral(in);
-  f.text = f.prefix + spec + f.suffix;
+  f.text = f.prefix + directive + f.suffix;
   return f;
 }
 

@@ -103,7 +103,7 @@ TEST(TAnsiStringSprintfTest, StringsCharactersAndLiterals) {
       {"a", format("a%cb", 0)},
   });
   EXPECT_EQ(7, untouched);
-  // Unknown conversions and a cut-off specification are copied and consume no argument.
+  // Unknown conversions and a cut-off directive are copied and consume no argument.
   const char* unknown = "%y|%5k|%d|tail %-";
   EXPECT_EQ("%y|%5k|3|tail %-", format(unknown, 3));
 }

@@ -28,8 +28,8 @@ struct ArgList {
 
 enum class LengthModifier { None, Char, Short, Long, LongLong, IntMax, Size, PtrDiff, LongDouble };
 
-// One parsed conversion specification.
-struct Spec {
+// One parsed conversion directive.
+struct Directive {
   bool leftAlign = false;
   bool plusSign = false;
   bool spaceSign = false;
@@ -75,23 +75,23 @@ int parseCount(const CharT*& p) {
 }
 
 template <typename CharT>
-const CharT* parseFlags(const CharT* p, Spec& spec) {
+const CharT* parseFlags(const CharT* p, Directive& directive) {
   for (;; ++p) {
     switch (unitAt(p)) {
       case '-':
-        spec.leftAlign = true;
+        directive.leftAlign = true;
         break;
       case '+':
-        spec.plusSign = true;
+        directive.plusSign = true;
         break;
       case ' ':
-        spec.spaceSign = true;
+        directive.spaceSign = true;
         break;
       case '#':
-        spec.alternate = true;
+        directive.alternate = true;
         break;
       case '0':
-        spec.zeroPad = true;
+        directive.zeroPad = true;
         break;
       default:
         return p;
@@ -100,50 +100,50 @@ const CharT* parseFlags(const CharT* p, Spec& spec) {
 }
 
 template <typename CharT>
-const CharT* parseWidthAndPrecision(const CharT* p, Spec& spec) {
+const CharT* parseWidthAndPrecision(const CharT* p, Directive& directive) {
   if (unitAt(p) == '*') {
-    spec.widthFromArg = true;
+    directive.widthFromArg = true;
     ++p;
   } else {
-    spec.width = parseCount(p);
+    directive.width = parseCount(p);
   }
   if (unitAt(p) != '.') return p;
   ++p;
   if (unitAt(p) == '*') {
-    spec.precisionFromArg = true;
+    directive.precisionFromArg = true;
     return p + 1;
   }
-  spec.precision = parseCount(p);
+  directive.precision = parseCount(p);
   return p;
 }
 
 // 'h' or 'l', alone or doubled ("hh", "ll").
 template <typename CharT>
-const CharT* parseDoublingModifier(const CharT* p, Spec& spec, LengthModifier single,
+const CharT* parseDoublingModifier(const CharT* p, Directive& directive, LengthModifier single,
                                    LengthModifier doubled) {
   const bool isDoubled = unitAt(p + 1) == unitAt(p);
-  spec.length = isDoubled ? doubled : single;
+  directive.length = isDoubled ? doubled : single;
   return p + (isDoubled ? 2 : 1);
 }
 
 template <typename CharT>
-const CharT* parseLengthModifier(const CharT* p, Spec& spec) {
+const CharT* parseLengthModifier(const CharT* p, Directive& directive) {
   switch (unitAt(p)) {
     case 'h':
-      return parseDoublingModifier(p, spec, LengthModifier::Short, LengthModifier::Char);
+      return parseDoublingModifier(p, directive, LengthModifier::Short, LengthModifier::Char);
     case 'l':
-      return parseDoublingModifier(p, spec, LengthModifier::Long, LengthModifier::LongLong);
+      return parseDoublingModifier(p, directive, LengthModifier::Long, LengthModifier::LongLong);
     case 'j':
-      spec.length = LengthModifier::IntMax;
+      directive.length = LengthModifier::IntMax;
       break;
     case 'z':
-      spec.length = LengthModifier::Size;
+      directive.length = LengthModifier::Size;
       break;
     case 't':
-      spec.length = LengthModifier::PtrDiff;
+      directive.length = LengthModifier::PtrDiff;
       break;
     case 'L':
-      spec.length = LengthModifier::LongDouble;
+      directive.length = LengthModifier::LongDouble;
       break;
     default:
       return p;
@@ -151,15 +151,15 @@ const CharT* parseLengthModifier(const CharT* p, Spec& spec) {
   return p + 1;
 }
 
-// Parses the specification that follows a '%'. Returns the position just past its conversion
-// unit, or the terminating NUL when the format ends first (spec.conversion then stays 0).
+// Parses the directive that follows a '%'. Returns the position just past its conversion
+// unit, or the terminating NUL when the format ends first (directive.conversion then stays 0).
 template <typename CharT>
-const CharT* parseSpec(const CharT* p, Spec& spec) {
-  p = parseFlags(p, spec);
-  p = parseWidthAndPrecision(p, spec);
-  p = parseLengthModifier(p, spec);
-  spec.conversion = unitAt(p);
-  return spec.conversion != 0 ? p + 1 : p;
+const CharT* parseSpec(const CharT* p, Directive& directive) {
+  p = parseFlags(p, directive);
+  p = parseWidthAndPrecision(p, directive);
+  p = parseLengthModifier(p, directive);
+  directive.conversion = unitAt(p);
+  return directive.conversion != 0 ? p + 1 : p;
 }
 
 bool isKnownConversion(unsigned c) {
@@ -175,15 +175,15 @@ T nextArg(ArgList& args) {
 
 // Reads the '*' width and precision: a negative width means the '-' flag and its magnitude, a
 // negative precision means none.
-void fetchStarArguments(Spec& spec, ArgList& args) {
-  if (spec.widthFromArg) {
+void fetchStarArguments(Directive& directive, ArgList& args) {
+  if (directive.widthFromArg) {
     const int width = nextArg<int>(args);
-    if (width < 0) spec.leftAlign = true;
-    spec.width = clampCount(magnitudeOf(width));
+    if (width < 0) directive.leftAlign = true;
+    directive.width = clampCount(magnitudeOf(width));
   }
-  if (spec.precisionFromArg) {
+  if (directive.precisionFromArg) {
     const int precision = nextArg<int>(args);
-    spec.precision = precision < 0 ? -1 : clampCount(unsigned(precision));
+    directive.precision = precision < 0 ? -1 : clampCount(unsigned(precision));
   }
 }
 
@@ -240,30 +240,32 @@ struct Field {
 // Appends the field padded to the width: spaces before it, '0' after its prefix, or spaces after
 // it with the '-' flag (which wins over '0').
 template <typename CharT, typename BodyT>
-void appendField(std::basic_string<CharT>& out, const Spec& spec, const Field<BodyT>& field) {
+void appendField(std::basic_string<CharT>& out, const Directive& directive,
+                 const Field<BodyT>& field) {
   const size_t size = field.prefix.size + field.zeros + field.bodySize;
-  const size_t width = size_t(spec.width);
+  const size_t width = size_t(directive.width);
   const size_t padding = width > size ? width - size : 0;
-  const bool zeroFill = field.zeroPadWidth && !spec.leftAlign;
-  if (!spec.leftAlign && !zeroFill) out.append(padding, CharT(' '));
+  const bool zeroFill = field.zeroPadWidth && !directive.leftAlign;
+  if (!directive.leftAlign && !zeroFill) out.append(padding, CharT(' '));
   out.append(field.prefix.text, field.prefix.text + field.prefix.size);
   out.append(field.zeros + (zeroFill ? padding : 0), CharT('0'));
   out.append(field.body, field.body + field.bodySize);
-  if (spec.leftAlign) out.append(padding, CharT(' '));
+  if (directive.leftAlign) out.append(padding, CharT(' '));
 }
 
 // A text padded to the width with spaces: strings, characters and the special texts.
 template <typename CharT, typename BodyT>
-void appendText(std::basic_string<CharT>& out, const Spec& spec, const BodyT* text, size_t size) {
-  appendField(out, spec, Field<BodyT>{Prefix{}, 0, text, size, false});
+void appendText(std::basic_string<CharT>& out, const Directive& directive, const BodyT* text,
+                size_t size) {
+  appendField(out, directive, Field<BodyT>{Prefix{}, 0, text, size, false});
 }
 
-void addSign(Prefix& prefix, const Spec& spec, bool negative) {
+void addSign(Prefix& prefix, const Directive& directive, bool negative) {
   if (negative) {
     prefix.add('-');
-  } else if (spec.plusSign) {
+  } else if (directive.plusSign) {
     prefix.add('+');
-  } else if (spec.spaceSign) {
+  } else if (directive.spaceSign) {
     prefix.add(' ');
   }
 }
@@ -280,67 +282,69 @@ char* writeDigits(char* end, uintmax_t value, unsigned base, bool upper) {
 }
 
 template <typename CharT>
-void appendInteger(std::basic_string<CharT>& out, const Spec& spec, uintmax_t magnitude,
+void appendInteger(std::basic_string<CharT>& out, const Directive& directive, uintmax_t magnitude,
                    const Prefix& prefix, unsigned base) {
   char buffer[sizeof(uintmax_t) * 3];  // room for the octal digits of the largest value
   char* const end = buffer + sizeof buffer;
-  const char* digits = writeDigits(end, magnitude, base, spec.conversion == 'X');
-  if (spec.precision == 0 && magnitude == 0) digits = end;  // "%.0d" of 0 prints no digit
+  const char* digits = writeDigits(end, magnitude, base, directive.conversion == 'X');
+  if (directive.precision == 0 && magnitude == 0) digits = end;  // "%.0d" of 0 prints no digit
   const size_t digitCount = size_t(end - digits);
-  const size_t precision = spec.precision < 0 ? 0 : size_t(spec.precision);
+  const size_t precision = directive.precision < 0 ? 0 : size_t(directive.precision);
   size_t zeros = precision > digitCount ? precision - digitCount : 0;
   // "%#o" makes sure the text starts with a '0'.
-  if (spec.alternate && base == 8 && zeros == 0 && (digitCount == 0 || magnitude != 0)) zeros = 1;
-  const bool zeroPadWidth = spec.zeroPad && spec.precision < 0;
-  appendField(out, spec, Field<char>{prefix, zeros, digits, digitCount, zeroPadWidth});
+  if (directive.alternate && base == 8 && zeros == 0 && (digitCount == 0 || magnitude != 0))
+    zeros = 1;
+  const bool zeroPadWidth = directive.zeroPad && directive.precision < 0;
+  appendField(out, directive, Field<char>{prefix, zeros, digits, digitCount, zeroPadWidth});
 }
 
 template <typename CharT>
-void appendSigned(std::basic_string<CharT>& out, const Spec& spec, intmax_t value) {
+void appendSigned(std::basic_string<CharT>& out, const Directive& directive, intmax_t value) {
   Prefix prefix;
-  addSign(prefix, spec, value < 0);
-  appendInteger(out, spec, magnitudeOf(value), prefix, 10);
+  addSign(prefix, directive, value < 0);
+  appendInteger(out, directive, magnitudeOf(value), prefix, 10);
 }
 
 template <typename CharT>
-void appendHex(std::basic_string<CharT>& out, const Spec& spec, uintmax_t value) {
+void appendHex(std::basic_string<CharT>& out, const Directive& directive, uintmax_t value) {
   Prefix prefix;
-  if (spec.alternate && value != 0) {
+  if (directive.alternate && value != 0) {
     prefix.add('0');
-    prefix.add(char(spec.conversion));
+    prefix.add(char(directive.conversion));
   }
-  appendInteger(out, spec, value, prefix, 16);
+  appendInteger(out, directive, value, prefix, 16);
 }
 
 template <typename CharT>
-void appendPointer(std::basic_string<CharT>& out, const Spec& spec, const void* pointer) {
+void appendPointer(std::basic_string<CharT>& out, const Directive& directive, const void* pointer) {
   Prefix prefix;
   prefix.add('0');
   prefix.add('x');
-  appendInteger(out, spec, uintptr_t(pointer), prefix, 16);
+  appendInteger(out, directive, uintptr_t(pointer), prefix, 16);
 }
 
 template <typename CharT>
-void appendString(std::basic_string<CharT>& out, const Spec& spec, const CharT* text) {
-  if (text == nullptr) return appendText(out, spec, "(NULL)", 6);
+void appendString(std::basic_string<CharT>& out, const Directive& directive, const CharT* text) {
+  if (text == nullptr) return appendText(out, directive, "(NULL)", 6);
   // The precision bounds the read: the text need not be terminated within it.
-  const size_t limit = spec.precision < 0 ? SIZE_MAX : size_t(spec.precision);
+  const size_t limit = directive.precision < 0 ? SIZE_MAX : size_t(directive.precision);
   size_t size = 0;
   while (size < limit && text[size] != 0) ++size;
-  appendText(out, spec, text, size);
+  appendText(out, directive, text, size);
 }
 
 // %hs of the 16-bit engine: UTF-8 text decoded to UTF-16 first (nothing when it is not valid
 // UTF-8), then printed as a %s argument.
-void appendUtf8String(std::basic_string<zwchar_t>& out, const Spec& spec, const char* text) {
-  if (text == nullptr) return appendText(out, spec, "(NULL)", 6);
+void appendUtf8String(std::basic_string<zwchar_t>& out, const Directive& directive,
+                      const char* text) {
+  if (text == nullptr) return appendText(out, directive, "(NULL)", 6);
   const size_t size = strlen(text);
   if (size > size_t(INT_MAX / 2 - 4)) return;  // beyond what the decoder's sizes can express
   // Room as the decoder asks for: two units per byte and four more.
   std::basic_string<zwchar_t> decoded(2 * size + 4, zwchar_t(0));
   const int units = StrUtf8ToUnicode(decoded.data(), int(decoded.size()), text, int(size));
   decoded.resize(size_t(units > 0 ? units : 0));
-  appendString(out, spec, decoded.c_str());
+  appendString(out, directive, decoded.c_str());
 }
 
 // The C library writes the locale's decimal point, which may be ',' or several bytes. Every other
@@ -362,10 +366,10 @@ size_t useDotAsDecimalPoint(char* text, size_t size) {
 class FloatDigits {
  public:
   template <typename Float>
-  FloatDigits(const Spec& spec, Float magnitude) {
+  FloatDigits(const Directive& directive, Float magnitude) {
     char format[8];
-    buildFormat(format, spec, std::is_same_v<Float, long double>);
-    const int size = snprintf(local_, sizeof local_, format, spec.precision, magnitude);
+    buildFormat(format, directive, std::is_same_v<Float, long double>);
+    const int size = snprintf(local_, sizeof local_, format, directive.precision, magnitude);
     text_ = local_;
     if (size < 0) {  // the C library failed: no digits rather than undefined bytes
       local_[0] = '\0';
@@ -374,7 +378,7 @@ class FloatDigits {
     }
     if (size >= int(sizeof local_)) {
       heap_.resize(size_t(size) + 1);
-      snprintf(heap_.data(), heap_.size(), format, spec.precision, magnitude);
+      snprintf(heap_.data(), heap_.size(), format, directive.precision, magnitude);
       text_ = heap_.data();
     }
     size_ = useDotAsDecimalPoint(text_, size_t(size));
@@ -386,14 +390,14 @@ class FloatDigits {
   size_t size() const { return size_; }
 
  private:
-  static void buildFormat(char* format, const Spec& spec, bool longDouble) {
+  static void buildFormat(char* format, const Directive& directive, bool longDouble) {
     char* p = format;
     *p++ = '%';
-    if (spec.alternate) *p++ = '#';
+    if (directive.alternate) *p++ = '#';
     *p++ = '.';
     *p++ = '*';
     if (longDouble) *p++ = 'L';
-    *p++ = char(spec.conversion);
+    *p++ = char(directive.conversion);
     *p = '\0';
   }
 
@@ -404,48 +408,50 @@ class FloatDigits {
 };
 
 template <typename CharT, typename Float>
-void appendFloat(std::basic_string<CharT>& out, const Spec& spec, Float value) {
-  if (std::isnan(value)) return appendText(out, spec, "NaN", 3);
+void appendFloat(std::basic_string<CharT>& out, const Directive& directive, Float value) {
+  if (std::isnan(value)) return appendText(out, directive, "NaN", 3);
   const bool negative = std::signbit(value);
-  if (std::isinf(value)) return appendText(out, spec, negative ? "-Inf" : "+Inf", 4);
-  const FloatDigits digits(spec, std::fabs(value));
+  if (std::isinf(value)) return appendText(out, directive, negative ? "-Inf" : "+Inf", 4);
+  const FloatDigits digits(directive, std::fabs(value));
   Prefix prefix;
-  addSign(prefix, spec, negative);
+  addSign(prefix, directive, negative);
   // The "0x" of %a joins the prefix, so that zero padding goes after it.
-  const bool hexFloat = spec.conversion == 'a' || spec.conversion == 'A';
+  const bool hexFloat = directive.conversion == 'a' || directive.conversion == 'A';
   const size_t radixSize = hexFloat ? 2 : 0;
   for (size_t i = 0; i < radixSize; ++i) prefix.add(digits.data()[i]);
-  appendField(
-      out, spec,
-      Field<char>{prefix, 0, digits.data() + radixSize, digits.size() - radixSize, spec.zeroPad});
+  appendField(out, directive,
+              Field<char>{prefix, 0, digits.data() + radixSize, digits.size() - radixSize,
+                          directive.zeroPad});
 }
 
 template <typename CharT>
-void appendConversion(std::basic_string<CharT>& out, const Spec& spec, ArgList& args) {
-  switch (spec.conversion) {
+void appendConversion(std::basic_string<CharT>& out, const Directive& directive, ArgList& args) {
+  switch (directive.conversion) {
     case 'd':
     case 'i':
-      return appendSigned(out, spec, fetchInteger<true>(spec.length, args));
+      return appendSigned(out, directive, fetchInteger<true>(directive.length, args));
     case 'u':
-      return appendInteger(out, spec, fetchInteger<false>(spec.length, args), Prefix{}, 10);
+      return appendInteger(out, directive, fetchInteger<false>(directive.length, args), Prefix{},
+                           10);
     case 'o':
-      return appendInteger(out, spec, fetchInteger<false>(spec.length, args), Prefix{}, 8);
+      return appendInteger(out, directive, fetchInteger<false>(directive.length, args), Prefix{},
+                           8);
     case 'x':
     case 'X':
-      return appendHex(out, spec, fetchInteger<false>(spec.length, args));
+      return appendHex(out, directive, fetchInteger<false>(directive.length, args));
     case 'p':
-      return appendPointer(out, spec, nextArg<const void*>(args));
+      return appendPointer(out, directive, nextArg<const void*>(args));
     case 'c': {
       const CharT c = static_cast<CharT>(nextArg<int>(args));
-      return appendText(out, spec, &c, 1);
+      return appendText(out, directive, &c, 1);
     }
     case 's':
       if constexpr (!std::is_same_v<CharT, char>) {
-        if (spec.length == LengthModifier::Short) {
-          return appendUtf8String(out, spec, nextArg<const char*>(args));
+        if (directive.length == LengthModifier::Short) {
+          return appendUtf8String(out, directive, nextArg<const char*>(args));
         }
       }
-      return appendString(out, spec, nextArg<const CharT*>(args));
+      return appendString(out, directive, nextArg<const CharT*>(args));
     case 'n':  // the pointer is consumed, never written through
       nextArg<void*>(args);
       return;
@@ -453,10 +459,10 @@ void appendConversion(std::basic_string<CharT>& out, const Spec& spec, ArgList& 
       out.push_back(CharT('%'));
       return;
     default:  // e E f F g G a A
-      if (spec.length == LengthModifier::LongDouble) {
-        return appendFloat(out, spec, nextArg<long double>(args));
+      if (directive.length == LengthModifier::LongDouble) {
+        return appendFloat(out, directive, nextArg<long double>(args));
       }
-      return appendFloat(out, spec, nextArg<double>(args));
+      return appendFloat(out, directive, nextArg<double>(args));
   }
 }
 
@@ -477,11 +483,11 @@ void formatPrintf(std::basic_string<CharT>& out, const CharT* fmt, va_list args)
     const CharT* percent = findPercentOrEnd(p);
     out.append(p, percent);
     if (*percent == 0) break;
-    Spec spec;
-    p = parseSpec(percent + 1, spec);
-    if (isKnownConversion(spec.conversion)) {
-      fetchStarArguments(spec, list);
-      appendConversion(out, spec, list);
+    Directive directive;
+    p = parseSpec(percent + 1, directive);
+    if (isKnownConversion(directive.conversion)) {
+      fetchStarArguments(directive, list);
+      appendConversion(out, directive, list);
     } else {
       out.append(percent, p);
     }

@@ -15,7 +15,7 @@
 //     8-bit UTF-8 string, decoded to UTF-16 (text that is not valid UTF-8 prints as nothing; the
 //     precision counts units of the decoded text). A '0' flag on them pads with spaces.
 //   - "%%" prints '%' whatever flags or width it carries.
-//   - An unknown conversion, or a specification cut short by the end of the format, is copied to
+//   - An unknown conversion, or a directive cut short by the end of the format, is copied to
 //     the output as it stands and consumes no argument.
 //   - Widths and precisions above kMaxFieldSize count as kMaxFieldSize, so that a corrupt format
 //     cannot ask for gigabytes of padding.
