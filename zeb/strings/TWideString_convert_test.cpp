@@ -79,6 +79,25 @@ TEST(TWideStringFromAny, LengthLimitsTheBytesConverted) {
   EXPECT_EQ(s.getBuffer(), nullptr);
 }
 
+// The name table spells these with '_' ("ISO_8859_15", "KOI8_R", "Windows_1252"); iconv knows
+// them with '-', and the conversion must find them all the same.
+TEST(TWideStringFromAny, TableNamesWithUnderscoresReachTheirCharsets) {
+  const struct {
+    tmibcharset mib;
+    const char* bytes;
+    const zwchar_t* expected;
+  } cases[] = {
+      {111, "\xA4", ZW("\u20AC")},   // ISO-8859-15: euro sign
+      {2084, "\xC1", ZW("\u0430")},  // KOI8-R: Cyrillic a
+      {2252, "\x80", ZW("\u20AC")},  // Windows-1252: euro sign
+  };
+  for (const auto& c : cases) {
+    TWideString s;
+    EXPECT_TRUE(s.fromAny(c.mib, c.bytes)) << c.mib;
+    EXPECT_EQ(units(s), c.expected) << c.mib;
+  }
+}
+
 TEST(TWideStringFromASCIIQuick, StopsAtTheLengthTheNulOrTheFirstNonAsciiByte) {
   const struct {
     const char* bytes;

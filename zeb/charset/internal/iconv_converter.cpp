@@ -9,6 +9,7 @@
 #include <iconv.h>
 #include <string.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -29,8 +30,7 @@ enum class Rejects { kDiscard, kStop };
 class IconvHandle {
  public:
   IconvHandle() = default;
-  IconvHandle(const char* to, const char* from, Rejects rejects)
-      : cd_(iconv_open(targetName(to, rejects).c_str(), from)) {}
+  IconvHandle(const char* to, const char* from, Rejects rejects) : cd_(open(to, from, rejects)) {}
   ~IconvHandle() { close(); }
   IconvHandle(IconvHandle&& other) noexcept : cd_(std::exchange(other.cd_, kNoConverter)) {}
   IconvHandle& operator=(IconvHandle&& other) noexcept {
@@ -45,10 +45,23 @@ class IconvHandle {
   iconv_t get() const { return cd_; }
 
  private:
-  static std::string targetName(const char* to, Rejects rejects) {
-    std::string name(to);
-    if (rejects == Rejects::kDiscard) name += "//IGNORE";
-    return name;
+  static std::string targetName(const std::string& to, Rejects rejects) {
+    return rejects == Rejects::kDiscard ? to + "//IGNORE" : to;
+  }
+  // The MIB name table spells many names with '_' where iconv's aliases have '-' ("KOI8_R",
+  // "Windows_1252", "ISO_8859_15", "UTF_16LE"): a pair of names iconv does not know is tried
+  // once more in that spelling.
+  static std::string hyphenated(const char* name) {
+    std::string text(name);
+    std::replace(text.begin(), text.end(), '_', '-');
+    return text;
+  }
+  static iconv_t open(const char* to, const char* from, Rejects rejects) {
+    const iconv_t cd = iconv_open(targetName(to, rejects).c_str(), from);
+    if (cd != kNoConverter || (strchr(to, '_') == nullptr && strchr(from, '_') == nullptr)) {
+      return cd;
+    }
+    return iconv_open(targetName(hyphenated(to), rejects).c_str(), hyphenated(from).c_str());
   }
   void close() {
     if (isOpen()) iconv_close(cd_);
