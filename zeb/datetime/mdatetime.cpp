@@ -9,6 +9,7 @@
 
 #include "zeb/datetime/internal/calendar.h"
 #include "zeb/datetime/internal/datetime_text.h"
+#include "zeb/log/internal/assertion_record.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/clock.h"
 
@@ -220,9 +221,7 @@ bool runChecks(const char* function, std::initializer_list<FieldCheck> checks) {
   for (const FieldCheck& check : checks) {
     if (check.value >= check.low && check.value <= check.high) continue;
     allPassed = false;
-    if (ZEB_LOG_ENABLED(MLOG_ASSERT)) {
-      mlogWithLevelFileFunLine(MLOG_ASSERT, kSourceName, function, check.line, "");
-    }
+    zeb::internal::writeAssertionRecord(kSourceName, function, check.line);
   }
   return allPassed;
 }

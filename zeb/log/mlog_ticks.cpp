@@ -17,6 +17,7 @@
 #include <string>
 #include <utility>
 
+#include "zeb/log/internal/assertion_record.h"
 #include "zeb/log/internal/elapsed_parts.h"
 #include "zeb/log/internal/log_core.h"
 #include "zeb/log/internal/log_thread_context.h"
@@ -193,7 +194,7 @@ void mlogBeginTickCount(void) {
   if (!ZEB_LOG_ENABLED(MLOG_DEBUG)) return;
   ThreadContext& context = threadContext();
   if (context.tickIndex >= kTickSlots) {
-    mlogWithLevelFileFunLine(MLOG_ASSERT, kOverflowFile, kOverflowFunction, kOverflowLine, "");
+    zeb::internal::writeAssertionRecord(kOverflowFile, kOverflowFunction, kOverflowLine);
     return;
   }
   context.tickStarts[context.tickIndex++] = nowMilliseconds();

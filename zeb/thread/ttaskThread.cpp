@@ -20,6 +20,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "zeb/log/internal/assertion_record.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/clock.h"
@@ -51,9 +52,7 @@ void trace(tloglevel level, const char* fmt, ...) {
 }
 
 void assertionRecord(const char* function, int line) {
-  if (ZEB_LOG_ENABLED(MLOG_ASSERT)) {
-    mlogWithLevelFileFunLine(MLOG_ASSERT, "ttaskThread", function, line, "");
-  }
+  zeb::internal::writeAssertionRecord("ttaskThread", function, line);
 }
 
 // A pointer as the "0x%x" of the trace lines prints it.

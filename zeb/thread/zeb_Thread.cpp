@@ -10,6 +10,7 @@
 #include <new>
 
 #include "zeb/data/tbytesdata.h"
+#include "zeb/log/internal/assertion_record.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/clock.h"
@@ -79,9 +80,7 @@ void traceAt20(const char* fmt) {
 
 // An assertion record with the source position fixed for `function`.
 void assertionRecord(const char* function, int line) {
-  if (ZEB_LOG_ENABLED(MLOG_ASSERT)) {
-    mlogWithLevelFileFunLine(MLOG_ASSERT, "zeb_Thread", function, line, "");
-  }
+  zeb::internal::writeAssertionRecord("zeb_Thread", function, line);
 }
 
 }  // namespace
