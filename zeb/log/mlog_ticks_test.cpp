@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "testing/log_capture.h"
+#include "testing/waiting.h"
 #include "zeb/log/internal/elapsed_parts.h"
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/mfile.h"
@@ -28,9 +29,7 @@ using zeb::testing::parseLogLine;
 
 using zeb::testing::onFreshThread;
 
-void sleepMs(int ms) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+using zeb::testing::sleepMs;
 
 // A log file at the debug level (or `level` when finer) with the global level at `level`.
 struct TimingLog : LogCapture {

@@ -12,19 +12,14 @@
 #include <vector>
 
 #include "testing/log_capture.h"
+#include "testing/waiting.h"
 #include "zeb/log/zeb_log.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-long long msSince(Clock::time_point start) {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-void sleepMs(int ms) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+using zeb::testing::Clock;
+using zeb::testing::msSince;
+using zeb::testing::sleepMs;
 
 // A task that counts its runs, returns `again` from run() and sets a flag when deleted.
 class ProbeTask : public ttask {

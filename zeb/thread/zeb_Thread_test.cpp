@@ -13,30 +13,16 @@
 #include <vector>
 
 #include "testing/log_capture.h"
+#include "testing/waiting.h"
 #include "zeb/log/zeb_log.h"
 
 namespace {
 
 using zeb::TThread;
-using Clock = std::chrono::steady_clock;
-
-long long msSince(Clock::time_point start) {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-void sleepMs(int ms) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
-
-// Polls until `done` holds, for at most 10 s.
-bool eventually(const std::function<bool()>& done) {
-  const Clock::time_point start = Clock::now();
-  while (!done()) {
-    if (msSince(start) > 10000) return false;
-    sleepMs(1);
-  }
-  return true;
-}
+using zeb::testing::Clock;
+using zeb::testing::eventually;
+using zeb::testing::msSince;
+using zeb::testing::sleepMs;
 
 bool endsSoon(void* handle) {
   return eventually([handle] { return !TThread::running(handle); });
