@@ -78,6 +78,22 @@ TEST(CharsetConversionTest, KnownTextsConvertBothWays) {
   }
 }
 
+TEST(CharsetConversionTest, CjkCodePagesConvertTextEndingInADoubleByteCharacter) {
+  const char* const kCjk[] = {"GB2312", "GBK", "CP936", "GB18030", "BIG5", "CP950"};
+  const std::string text = "ok \xE4\xB8\xAD\xE6\x96\x87";  // "ok " and two Han characters
+  for (const char* from : kCjk) {
+    const std::string encoded = anyToAny(from, "UTF-8", text);
+    ASSERT_NE(encoded, kFailed) << from;
+    for (const char* to : kCjk) {
+      SCOPED_TRACE(std::string(from) + " -> " + to);
+      const std::string converted = anyToAny(to, from, encoded);
+      ASSERT_NE(converted, kFailed);
+      EXPECT_EQ(anyToAny("UTF-8", to, converted), text);
+    }
+  }
+  EXPECT_EQ(kFailed, anyToAny("CP936", "GB2312", "ok \xD6")) << "a cut sequence still fails";
+}
+
 TEST(CharsetConversionTest, NamedWrappersUseTheirCharsets) {
   const std::string utf8 = "中€";
   const WString utf16 = u"中€";

@@ -12,8 +12,8 @@
 //   BinaryToHexA(bytes, 2, text, true, 0, true);    // "0x0a,0xff"
 //   BinaryToHexNoTagA(bytes, 2, text, false, 1);    // "0A\nFF\n"
 //
-// Null data, or a count below 1, gives "". The names are overloaded, so every form has C++
-// linkage (the buffer form included).
+// Null data, or a count below 1, gives "". The buffer form of BinaryToHexNoTagA is exported
+// undecorated (C linkage); its string overload beside it is C++.
 #ifndef ZEB_DATA_BINARY_HEX_H
 #define ZEB_DATA_BINARY_HEX_H
 
@@ -33,9 +33,11 @@ ZEB_API TAnsiString& BinaryToHexNoTagA(const unsigned char* data, int n, TAnsiSt
 ZEB_API TWideString& BinaryToHexNoTagW(const unsigned char* data, int n, TWideString& out,
                                        bool lowerCase, int lineWidth);
 
+extern "C" {
 // The rendering without tags into the caller's buffer `out`, which must hold 3 * n + 2 bytes,
 // NUL-terminated. A null `out` writes nothing. Returns `out`.
 ZEB_API char* BinaryToHexNoTagA(const unsigned char* data, int n, char* out, bool lowerCase,
                                 int lineWidth);
+}  // extern "C"
 
 #endif  // ZEB_DATA_BINARY_HEX_H

@@ -2,6 +2,7 @@
 
 #include "zeb/data/binary_hex.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -58,6 +59,15 @@ TEST(BinaryToHex, RendersEveryFormAlike) {
     char buffer[16] = "old";
     EXPECT_STREQ(BinaryToHexNoTagA(kBytes, c.n, buffer, c.lowerCase, c.lineWidth), c.expected);
   }
+}
+
+TEST(BinaryToHex, BufferFormIsExportedUndecorated) {
+  using BufferForm = char* (*)(const unsigned char*, int, char*, bool, int);
+  const auto exported = reinterpret_cast<BufferForm>(dlsym(RTLD_DEFAULT, "BinaryToHexNoTagA"));
+  ASSERT_NE(exported, nullptr);
+  const unsigned char bytes[] = {0x0A, 0xFF};
+  char text[8];
+  EXPECT_STREQ(exported(bytes, 2, text, true, 0), "0aff");
 }
 
 TEST(BinaryToHex, NullDataGivesEmptyText) {

@@ -57,8 +57,8 @@ class ZEB_API tbytesdata {
   tbytesdata& operator=(tbytesdata&& other) noexcept;
 
   // Frees the current block (unless it is `block` itself) and adopts `block`, which must come from
-  // malloc and hold n bytes, as its content: capacity = size = n. A null block or n < 1 is adopted
-  // with capacity and size 0.
+  // malloc and hold n bytes, as its content: capacity = size = n. With n < 1 a non-null block is
+  // still adopted (the buffer frees it later) but counts as empty: capacity and size 0.
   const tbytesdata& takePtr(const void* block, int n);
   // Hands the block to the caller, who frees it with free(); the buffer becomes empty. Null when
   // there is no block.

@@ -325,7 +325,14 @@ ZEB_API double zeb_currenttime(void);
 }  // extern "C"
 
 // ---- packed values ------------------------------------------------------------------------------
-// These pass or return TDateTime and so have C++ linkage.
+// Exported undecorated like the functions above, although they pass TDateTime: a C++ caller sees
+// no difference, and the packed value is one 64-bit integer on every ABI the library supports.
+
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+extern "C" {
 
 // The member operations on a packed value. IncMonth returns incMonthResult (false for a null
 // pointer); the others return the new value (the argument unchanged where the member fails).
@@ -345,5 +352,10 @@ ZEB_API TDateTime FormatSecondsDelta(long long seconds);
 // hours, 30 for days and 12 for months; the year is the absolute difference. Stored through
 // setDateTime(..., 0), so a zero year, month or day writes validation records.
 ZEB_API TDateTime FormatTwoTimeDelta(TDateTime a, TDateTime b);
+
+}  // extern "C"
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 
 #endif  // ZEB_DATETIME_MDATETIME_H

@@ -4,6 +4,7 @@
 
 #include "zeb/datetime/mdatetime.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <time.h>
@@ -318,6 +319,13 @@ TEST(DateTimeDeltas, WholeUnitsAndDurationFields) {
 }
 
 // ---- text ---------------------------------------------------------------------------------------
+
+TEST(DateTimeExports, PackedValueFunctionsHaveUndecoratedNames) {
+  for (const char* name : {"IncMonth", "IncWeek", "IncMinute", "IncSecond", "minutesDelta",
+                           "secondsDelta", "FormatSecondsDelta", "FormatTwoTimeDelta"}) {
+    EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
+  }
+}
 
 TEST(DateTimeTextForms, EveryStyle) {
   const TDateTime t(2024, 3, 9, 7, 5, 0, 123);

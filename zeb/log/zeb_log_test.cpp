@@ -9,6 +9,8 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -265,6 +267,20 @@ TEST(LogFiles, PendingFileOpensWhenItGetsALevel) {
   mlogSetFileLogLevel(log.path().c_str(), MLOG_DEBUG);
   mlogWithLevel(MLOG_DEBUG, "t", "now open");
   EXPECT_TRUE(contains(log.messages(), "now open"));
+}
+
+TEST(LogFiles, FileInADeepFolderOpensWithItsWholeFolderChain) {
+  LogCapture log(0);
+  std::string deep = log.dir().path();
+  for (char level = 'a'; level <= 'c'; ++level) deep += "/" + std::string(120, level);
+  const std::string path = deep + "/deep.log";
+  mlogSetFileLogLevel(nullptr, MLOG_INFO);
+  mlogOpenFile(path.c_str(), MLOG_INFO);
+  mlogWithLevel(MLOG_INFO, "t", "deep line");
+  mlogCloseAllFile();
+  std::ifstream in(path);
+  const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_NE(text.find("deep line"), std::string::npos);
 }
 
 TEST(LogFiles, ReopenStartsANewFileAfterAMove) {

@@ -17,7 +17,8 @@ namespace zeb {
 namespace platform {
 
 // fopen of `path` with a C mode ("rb", "w+b", "rb+", "ab", ...); null when it cannot be opened.
-// Binary and text modes are the same on POSIX. The caller closes the stream with std::fclose.
+// A folder is not a file: it never opens, in any mode (as on Windows). Binary and text modes are
+// the same on POSIX. The caller closes the stream with std::fclose.
 std::FILE* openFile(const zwchar_t* path, const char* mode);
 
 // True when something (file, folder, ...) exists at `path` (access with F_OK).

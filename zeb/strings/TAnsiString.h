@@ -322,8 +322,9 @@ class ZEB_API TAnsiString {
   TAnsiString& extractFileNameNoExt();
   // Every run of '/' and '\\' becomes one `sep` (0: '\\'); a leading UNC "\\\\" is kept.
   TAnsiString& normalizeFileNameSplash(char sep = 0);
-  // Converts from charset `cs` to 16 bits, applies TWideString::normalizeFileName(keepPath) and
-  // converts back to `cs`.
+  // Reads the content as UTF-8 when `cs` is 106, as ASCII when it is 3 and as the ANSI code page
+  // for every other charset, applies TWideString::normalizeFileName(keepPath) and writes the
+  // result back in `cs`.
   TAnsiString& normalizeFileName(tmibcharset cs, bool keepPath);
   // Non-empty and ending in '/' or '\\' (the argument is not consulted).
   bool isEndWithBacksplash(char sep = 0) const;

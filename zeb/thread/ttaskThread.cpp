@@ -18,6 +18,7 @@
 #include <deque>
 #include <mutex>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "zeb/log/internal/assertion_record.h"
@@ -65,6 +66,17 @@ double nowSeconds() {
          static_cast<double>(zeb::platform::highResolutionFrequency());
 }
 
+// The fire time `delayMs` from now. It falls on a whole millisecond (now rounded up, so a task
+// never runs before its delay is over): tasks posted with the same delay within one millisecond
+// get the same fire time, and their priorities decide their order.
+double fireTimeAfter(int delayMs) {
+  const unsigned long long frequency = zeb::platform::highResolutionFrequency();
+  const unsigned long long ticksPerMs = frequency >= 1000 ? frequency / 1000 : 1;
+  const unsigned long long nowMs = (zeb::platform::highResolutionCounter() + ticksPerMs - 1) /
+                                   ticksPerMs;
+  return static_cast<double>(static_cast<long long>(nowMs) + delayMs) / 1000.0;
+}
+
 // A task running a notify object it owns: R void runs once per call and returns true, R int
 // returns the result as bool.
 template <typename R>
@@ -102,7 +114,7 @@ class tSyncTask : public tNotifyTask<void> {
 // more, so a removal during the run deletes the entry only after it.
 struct ttaskInner {
   ttaskInner(ttask* t, int delayMs, int intervalMs, int repeatCount, int prio)
-      : fireTime(delayMs == 0 ? 0.0 : nowSeconds() + delayMs / 1000.0),
+      : fireTime(delayMs == 0 ? 0.0 : fireTimeAfter(delayMs)),
         interval(intervalMs),
         repeat(repeatCount),
         priority(prio),
@@ -140,25 +152,13 @@ void releaseAll(List& entries) {
 // ---- the process-wide UI state ------------------------------------------------------------------
 
 std::atomic<ttaskThread*> g_uiThread{nullptr};
-// Touched on the UI thread only.
+// Guards every change of g_uiThread, the timer below and the holds on a UI task thread (UiHold).
+std::mutex g_uiLock;
 void* g_uiTimer = nullptr;
 double g_uiTimerPeriod = 0.0;
-int g_uiTimerReentry = 0;
+int g_uiTimerReentry = 0;  // touched on the UI thread only
 
-void onUiTimerTick(void*) {
-  if (g_uiTimerReentry > 0) return;
-  ++g_uiTimerReentry;
-  ttaskThread* const ui = g_uiThread.load();
-  if (ui != nullptr) {
-    const double start = nowSeconds();
-    ui->processTasks();
-    const double elapsed = nowSeconds() - start;
-    if (elapsed > kUiTimerPeriodMs / 1000.0) {
-      trace(kTrace20, "TimerWindowWndProc:cost time:%d", static_cast<int>(elapsed * 1000.0));
-    }
-  }
-  --g_uiTimerReentry;
-}
+void onUiTimerTick(void*);
 
 }  // namespace
 
@@ -205,6 +205,10 @@ class ttaskthreadprivate {
   int taskCount();
   bool stopping();
   void initMainUI();
+  // A UI task thread that is held (see UiHold) leaves its release to the last hold: true when
+  // the release must wait for it.
+  bool deferReleaseWhileHeld();
+  static ttaskthreadprivate* of(ttaskThread* thread) { return thread->m; }
 
   ttaskThread* const self;
   const bool uiMode;
@@ -216,7 +220,68 @@ class ttaskthreadprivate {
   std::deque<ttaskInner*> running;  // owner thread only
   std::atomic<bool> inProcessTasks{false};
   AutoResetEvent wake;
+  int holds = 0;                // under g_uiLock
+  bool releasePending = false;  // under g_uiLock
 };
+
+namespace {
+
+// Keeps a UI task thread alive while it runs tasks. A release meanwhile (finalizeMainUIThread
+// called from one of those tasks, or from another thread) is left to the last hold, so the object
+// is never deleted while a dispatch is still inside it.
+class UiHold {
+ public:
+  // Holds the UI singleton, when there is one.
+  UiHold() {
+    std::lock_guard<std::mutex> guard(g_uiLock);
+    hold(g_uiThread.load());
+  }
+  // Holds `thread` when it is in UI mode; a background task thread is not held.
+  explicit UiHold(ttaskThread* thread) {
+    if (!ttaskthreadprivate::of(thread)->uiMode) return;
+    std::lock_guard<std::mutex> guard(g_uiLock);
+    hold(thread);
+  }
+  ~UiHold() {
+    if (m_thread == nullptr) return;
+    bool releaseNow = false;
+    {
+      std::lock_guard<std::mutex> guard(g_uiLock);
+      ttaskthreadprivate* const d = ttaskthreadprivate::of(m_thread);
+      releaseNow = --d->holds == 0 && d->releasePending;
+    }
+    if (releaseNow) m_thread->release();
+  }
+  UiHold(const UiHold&) = delete;
+  UiHold& operator=(const UiHold&) = delete;
+
+  ttaskThread* get() const { return m_thread; }
+
+ private:
+  void hold(ttaskThread* thread) {
+    m_thread = thread;
+    if (thread != nullptr) ++ttaskthreadprivate::of(thread)->holds;
+  }
+
+  ttaskThread* m_thread = nullptr;
+};
+
+void onUiTimerTick(void*) {
+  if (g_uiTimerReentry > 0) return;
+  ++g_uiTimerReentry;
+  const UiHold hold;
+  if (hold.get() != nullptr) {
+    const double start = nowSeconds();
+    hold.get()->processTasks();
+    const double elapsed = nowSeconds() - start;
+    if (elapsed > kUiTimerPeriodMs / 1000.0) {
+      trace(kTrace20, "TimerWindowWndProc:cost time:%d", static_cast<int>(elapsed * 1000.0));
+    }
+  }
+  --g_uiTimerReentry;
+}
+
+}  // namespace
 
 void ttaskthreadprivate::retrieveWaitingTasks() {
   std::size_t sortedSize = 0;
@@ -264,11 +329,11 @@ void ttaskthreadprivate::finishRun(ttaskInner* entry, bool runAgain) {
     return;
   }
   if (entry->repeat >= 2) --entry->repeat;
-  const double now = nowSeconds();
-  const double period = entry->interval / 1000.0;
   if (entry->fireTime == 0.0) {
-    entry->fireTime = now + period;
+    entry->fireTime = fireTimeAfter(entry->interval);
   } else {
+    const double now = nowSeconds();
+    const double period = entry->interval / 1000.0;
     while (entry->fireTime <= now) entry->fireTime += period;
   }
   insertSorted(entry);
@@ -313,6 +378,13 @@ bool ttaskthreadprivate::stopping() {
   return self->hasStopRequested() || self->getWorkingStatus() == zeb::TThread::statusStopped;
 }
 
+bool ttaskthreadprivate::deferReleaseWhileHeld() {
+  if (!uiMode) return false;
+  std::lock_guard<std::mutex> guard(g_uiLock);
+  releasePending = holds > 0;
+  return releasePending;
+}
+
 void ttaskthreadprivate::initMainUI() {
   if (!uiMode) assertionRecord("ttaskThread::initMainUI", 752);
   self->setThreadHandle(nullptr);
@@ -345,10 +417,12 @@ void ttaskThread::stop() {
   if (hasStopRequested() || getWorkingStatus() == statusStopped) return;
   TThread::stop();
   m->wake.set();
-  if (isCurrentThread()) setWorking(statusStopped);
+  // A UI task thread has no runner of its own to wait for: it stops at once from any thread.
+  if (isCurrentThread() || m->uiMode) setWorking(statusStopped);
 }
 
 void ttaskThread::release() {
+  if (m->deferReleaseWhileHeld()) return;
   TMLogAutoTicks ticks(MLOG_DEBUG, kTag, "ttaskThread::release()", "name:%s", name());
   const bool onOwner = isCurrentThread();
   if (onOwner && !m->inProcessTasks.load()) processTasks();
@@ -465,6 +539,7 @@ void ttaskThread::removeAllTask(bool wait) {
 // ---- processing ---------------------------------------------------------------------------------
 
 void ttaskThread::processTasks() {
+  const UiHold hold(this);  // a task may finalize the UI task thread
   if (m->inProcessTasks.exchange(true)) {
     trace(MLOG_DEBUG, "ttaskThread::processTasks:ignore,is reEnter.");
     return;
@@ -509,6 +584,7 @@ void ttaskThread::waitingForAllTaskFinished() {
     }
     return;
   }
+  const UiHold hold(this);
   while (m->taskCount() >= 1) {
     if (m->inProcessTasks.load()) return;
     processTasks();
@@ -528,6 +604,7 @@ bool ttaskThread::isMainThread() const {
 // ---- the UI task thread -------------------------------------------------------------------------
 
 ttaskThread* ttaskThread::initCreateMainUIThread() {
+  std::lock_guard<std::mutex> guard(g_uiLock);
   ttaskThread* ui = g_uiThread.load();
   if (ui == nullptr) {
     ui = new ttaskThread(ttaskthreadnotauto(), kUiThreadName, 0);
@@ -537,16 +614,22 @@ ttaskThread* ttaskThread::initCreateMainUIThread() {
   return ui;
 }
 
+// The singleton is taken out of reach first, so no timer tick starts a dispatch on it any more;
+// a dispatch already under way holds it, and the release then happens when that dispatch ends.
 void ttaskThread::finalizeMainUIThread() {
-  ttaskThread* const ui = g_uiThread.load();
-  if (ui == nullptr) return;
-  zeb::platform::stopUiTimer(g_uiTimer);
-  g_uiTimer = nullptr;
-  g_uiTimerPeriod = 0.0;
+  ttaskThread* ui = nullptr;
+  void* timer = nullptr;
+  {
+    std::lock_guard<std::mutex> guard(g_uiLock);
+    ui = g_uiThread.exchange(nullptr);
+    if (ui == nullptr) return;
+    timer = std::exchange(g_uiTimer, nullptr);
+    g_uiTimerPeriod = 0.0;
+  }
+  zeb::platform::stopUiTimer(timer);
   ui->stop();
   ui->removeAllTask(true);
   ui->release();
-  g_uiThread.store(nullptr);
 }
 
 ttaskThread* ttaskThread::singletonUIThread() {
@@ -555,7 +638,8 @@ ttaskThread* ttaskThread::singletonUIThread() {
 
 void ttaskThread::processAllMainUIThreadTasks() {
   TMLogAutoTicks ticks(kTrace19, kTag, "ttaskThread::processAllMainUIThreadTasks");
-  ttaskThread* const ui = g_uiThread.load();
+  const UiHold hold;
+  ttaskThread* const ui = hold.get();
   if (ui == nullptr) return;
   while (ui->m->taskCount() > 0) {
     trace(kTrace20, "force process uitask:");

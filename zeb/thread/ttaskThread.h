@@ -2,7 +2,8 @@
 //
 // A ttaskThread runs one-shot, delayed and repeating tasks on its own thread. Tasks run in order
 // of fire time, and among equal fire times the higher priority first (tasks posted with delay 0
-// run before every delayed task). A repeating task runs every intervalMs milliseconds, `repeat`
+// run before every delayed task). Fire times fall on whole milliseconds, so tasks posted with the
+// same delay in the same millisecond run by priority. A repeating task runs every intervalMs milliseconds, `repeat`
 // times (0: until its run() returns false); periods missed by a slow run are skipped.
 //
 //   ttaskThread* worker = new ttaskThread(ttaskthreadnotauto(), "worker", 0);
@@ -74,10 +75,13 @@ class ZEB_API ttaskThread : public zeb::TThread {
   ttaskThread(ttaskthreadnotauto, const char* name, int flags);
 
   // Requests the runner to stop and wakes it. Called on the owner thread, the status becomes
-  // stopped at once. Tasks posted afterwards are deleted without running.
+  // stopped at once; so it does from any thread for the UI task thread, which has no runner of
+  // its own. Tasks posted afterwards are deleted without running.
   void stop() override;
   // Runs the due tasks once when called on the owner thread, stops, waits (polling every 20 ms)
-  // until the runner has stopped, then deletes the object and every task still queued.
+  // until the runner has stopped, then deletes the object and every task still queued. A UI task
+  // thread released while it runs tasks (from one of them, or from another thread) is deleted when
+  // that run of tasks returns.
   void release() override;
 
   // Queues `task` to run `delayMs` ms from now (0: as soon as possible), then every `intervalMs`
@@ -118,7 +122,10 @@ class ZEB_API ttaskThread : public zeb::TThread {
   // Creates the singleton on the calling (UI) thread and starts its 16 ms timer on that thread's
   // main loop; returns it (the existing one when already created).
   static ttaskThread* initCreateMainUIThread();
-  // Stops the timer, drops every queued task and releases the singleton. Call on the UI thread.
+  // Stops the timer, drops every queued task and releases the singleton; singletonUIThread() is
+  // null from then on. Call it on the UI thread outside the loop, from a task running on the loop,
+  // or from another thread while the loop runs: a run of tasks under way finishes the task it is
+  // in, runs nothing more, and the singleton is deleted when it returns.
   static void finalizeMainUIThread();
   // The singleton, or null.
   static ttaskThread* singletonUIThread();

@@ -78,6 +78,29 @@ TEST(TaskOrder, FireTimeThenPriorityWithImmediateTasksFirst) {
   EXPECT_EQ(log.labels, (std::vector<std::string>{"high", "low", "low-again", "soon", "late"}));
 }
 
+// Returns just after the monotonic clock (the task thread's clock) enters a new millisecond, so
+// that what the caller does next within a few microseconds happens inside one millisecond.
+void startOfAMillisecond() {
+  using std::chrono::duration_cast;
+  using std::chrono::milliseconds;
+  const auto now = [] { return duration_cast<milliseconds>(Clock::now().time_since_epoch()); };
+  const milliseconds start = now();
+  while (now() == start) {
+  }
+}
+
+TEST(TaskOrder, EqualDelaysRunByPriorityAndThenInPostingOrder) {
+  RunLog log;
+  ttaskThread* worker = startedWorker();
+  startOfAMillisecond();
+  worker->postRunTask(log.add("low"), 50, 1);
+  worker->postRunTask(log.add("high"), 50, 5);
+  worker->postRunTask(log.add("low-again"), 50, 1);
+  worker->postRunTaskSync([] {}, 120);
+  worker->release();
+  EXPECT_EQ(log.labels, (std::vector<std::string>{"high", "low", "low-again"}));
+}
+
 TEST(TaskOrder, DelayIsALowerBound) {
   ttaskThread* worker = startedWorker();
   const Clock::time_point start = Clock::now();
@@ -336,6 +359,63 @@ TEST_F(UiTaskThread, ProcessAllRunsEveryTaskWithoutTheLoop) {
   ttaskThread::runOnUIThread([&] { ++runs; }, 20);
   ttaskThread::processAllMainUIThreadTasks();
   EXPECT_EQ(runs, 2);
+}
+
+TEST_F(UiTaskThread, FinalizeFromATaskOnTheLoopEndsAfterTheTask) {
+  std::atomic<bool> pendingDeleted{false};
+  std::atomic<int> pendingRuns{0};
+  ttaskThread::singletonUIThread()->postTask(new ProbeTask(&pendingDeleted, &pendingRuns), 10000);
+  bool finalized = false;
+  ttaskThread::runOnUIThread([&] {
+    ttaskThread::finalizeMainUIThread();
+    finalized = ttaskThread::singletonUIThread() == nullptr;
+    g_main_loop_quit(loop_);
+  });
+  runLoop();
+  EXPECT_TRUE(finalized);
+  EXPECT_TRUE(pendingDeleted);
+  EXPECT_EQ(pendingRuns.load(), 0);
+  // The loop goes on without the task thread; a new one can be made on it.
+  g_main_context_iteration(context_, FALSE);
+  ASSERT_NE(ttaskThread::initCreateMainUIThread(), nullptr);
+  ttaskThread::runOnUIThread(quitLoop());
+  runLoop();
+}
+
+TEST_F(UiTaskThread, FinalizeFromAnotherThreadWhileATaskRuns) {
+  std::atomic<bool> taskStarted{false};
+  std::atomic<bool> finalizeReturned{false};
+  std::atomic<int> laterRuns{0};
+  std::atomic<bool> laterDeleted{false};
+  ttaskThread::runOnUIThread([&] {
+    taskStarted = true;
+    // The dispatch stays inside the task thread until the finalize elsewhere has returned.
+    EXPECT_TRUE(zeb::testing::eventually([&] { return finalizeReturned.load(); }));
+  });
+  ttaskThread::singletonUIThread()->postTask(new ProbeTask(&laterDeleted, &laterRuns), 0, -1);
+  std::thread finalizer([&] {
+    ASSERT_TRUE(zeb::testing::eventually([&] { return taskStarted.load(); }));
+    ttaskThread::finalizeMainUIThread();
+    finalizeReturned = true;
+    g_main_loop_quit(loop_);
+  });
+  runLoop();
+  finalizer.join();
+  EXPECT_EQ(ttaskThread::singletonUIThread(), nullptr);
+  EXPECT_EQ(laterRuns.load(), 0);
+  EXPECT_TRUE(laterDeleted);
+}
+
+TEST_F(UiTaskThread, FinalizeFromAnotherThreadWithTheLoopIdle) {
+  std::atomic<bool> deleted{false};
+  std::atomic<int> runs{0};
+  ttaskThread::singletonUIThread()->postTask(new ProbeTask(&deleted, &runs), 10000);
+  std::thread finalizer([] { ttaskThread::finalizeMainUIThread(); });
+  finalizer.join();
+  EXPECT_EQ(ttaskThread::singletonUIThread(), nullptr);
+  EXPECT_TRUE(deleted);
+  // The timer is gone: iterating the loop touches nothing that was freed.
+  g_main_context_iteration(context_, FALSE);
 }
 
 TEST_F(UiTaskThread, FinalizeDeletesPendingTasks) {

@@ -124,7 +124,8 @@ class ZEB_API TThread {
   unsigned long threadID() const;
   // The handle of the running thread; null before Exec and once the body has returned.
   void* threadHandle() const;
-  // True when called on the object's thread.
+  // True when called on the object's thread. While the id reads 0 (not started yet) no thread
+  // is the object's, so the result is false.
   bool isCurrentThread() const;
 
   // The kernel id of the calling thread.

@@ -6,18 +6,16 @@
 #include <climits>
 #include <cstdlib>
 #include <optional>
+#include <string>
 
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
 #include "zeb/strings/TWideString.h"
-#include "zeb/strings/filename.h"
 
 namespace {
 
 const char kFileTag[] = "zeb.file";
-// The initial capacity of the folder prefix: the classic path limit, so common paths never grow it.
-const int kPrefixCapacity = 260;
 
 // Logs `fmt` with `path` in UTF-8 as its one argument when `level` passes the global level.
 void logPath(tloglevel level, const char* tag, const char* fmt, const zwchar_t* path) {
@@ -41,6 +39,29 @@ bool ensureFolder(const zwchar_t* path) {
   }
   logPath(MLOG_DEBUG, kFileTag, "force create:%s", path);
   return true;
+}
+
+using FolderPath = std::basic_string<zwchar_t>;
+
+bool isSeparator(zwchar_t c) {
+  return c == '/' || c == '\\';
+}
+
+// The end of component 1: the first separator, or the end of the path.
+size_t firstComponentEnd(const FolderPath& path) {
+  size_t end = 0;
+  while (end < path.size() && !isSeparator(path[end])) ++end;
+  return end;
+}
+
+// The end of the component after the one that ends at `at`: past its separator run and the name
+// after it. `at` itself when no name follows (the path ends, or ends in that separator run).
+size_t nextComponentEnd(const FolderPath& path, size_t at) {
+  size_t end = at;
+  while (end < path.size() && isSeparator(path[end])) ++end;
+  const size_t nameStart = end;
+  while (end < path.size() && !isSeparator(path[end])) ++end;
+  return end == nameStart ? at : end;
 }
 
 // Whether component 1 of a path names a folder: it is empty for an absolute or UNC path and is a
@@ -93,28 +114,34 @@ void openWriteScope(std::optional<TMLogAutoTicks>& scope, const zwchar_t* path, 
 
 }  // namespace
 
-// The prefix starts as component 1 of the path and grows by one component (a separator run and
-// a name) per level, so an absolute path keeps its root and a drive path its drive. Component 1
-// is itself a folder level when it is a name (the "abc" of "abc/def"). A path without component 2
-// is a single name or a bare drive and creates nothing.
+// The walk follows extractfiledirexw's components (component 1 is the text before the first
+// separator run; each later one is a separator run and the name after it), but on the whole path
+// rather than through its fixed-size component buffers: a deep path is created as it is, never
+// cut short. The prefix grows by one component per level, so an absolute path keeps its root and
+// a drive path its drive. Component 1 is itself a folder level when it is a name (the "abc" of
+// "abc/def"). A path without component 2 is a single name or a bare drive and creates nothing.
 bool mforceCreateDirW(const zwchar_t* dir) {
-  zwchar_t component[ZEB_FILECOMPONENT_OUT_UNITS];
-  if (isEmptyPath(dir) || extractfiledirexw(dir, component, 2) <= 0) return false;
-  TWideString prefix(kPrefixCapacity, tcapacityTag{});
-  extractfiledirexw(dir, component, 1);
-  prefix += component;
-  if (isFolderName(component) && !ensureFolder(prefix)) return false;
-  for (unsigned n = 2; extractfiledirexw(dir, component, n) > 0; ++n) {
-    prefix += component;
-    if (!ensureFolder(prefix)) return false;
+  if (isEmptyPath(dir)) return false;
+  const FolderPath path(dir);
+  size_t end = firstComponentEnd(path);
+  size_t next = nextComponentEnd(path, end);
+  if (next == end) return false;
+  const FolderPath first = path.substr(0, end);
+  if (isFolderName(first.c_str()) && !ensureFolder(first.c_str())) return false;
+  for (; next != end; end = next, next = nextComponentEnd(path, end)) {
+    if (!ensureFolder(path.substr(0, next).c_str())) return false;
   }
   return true;
 }
 
+// The folder part is the path up to its last separator, whatever its length.
 bool mforceCreateDirForFileW(const zwchar_t* filePath) {
-  zwchar_t folder[ZEB_FILEDIR_OUT_UNITS];
-  ExtractFileDirW(filePath, folder);
-  return mforceCreateDirW(folder);
+  if (isEmptyPath(filePath)) return false;
+  const FolderPath path(filePath);
+  const zwchar_t kSeparators[] = {'/', '\\', 0};
+  const size_t lastSeparator = path.find_last_of(kSeparators);
+  if (lastSeparator == FolderPath::npos) return false;
+  return mforceCreateDirW(path.substr(0, lastSeparator + 1).c_str());
 }
 
 int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {

@@ -60,6 +60,19 @@ TEST(ForceCreateDir, FailsWhenAFileStandsInTheWay) {
   EXPECT_FALSE(fs::exists(dir.filePath("plain/sub")));
 }
 
+TEST(ForceCreateDir, DeepPathsAreCreatedWhole) {
+  TempDir dir;
+  // A folder part of well over 255 units, in levels of 100 units each.
+  std::string deep = dir.path();
+  for (char level = 'a'; level <= 'd'; ++level) deep += "/" + std::string(100, level);
+  EXPECT_TRUE(mforceCreateDirForFileW(wide(deep + "/file.txt")));
+  EXPECT_TRUE(fs::is_directory(deep));
+  // A name the file system cannot hold fails, and nothing shorter is made in its place.
+  const std::string tooLong = dir.filePath(std::string(300, 'x'));
+  EXPECT_FALSE(mforceCreateDirW(wide(tooLong + "/sub")));
+  EXPECT_FALSE(fs::exists(dir.filePath(std::string(255, 'x'))));
+}
+
 TEST(ForceCreateDir, ForFileCreatesOnlyTheFolder) {
   TempDir dir;
   const std::string file = dir.filePath("p/q/file.txt");
@@ -93,6 +106,9 @@ TEST(ReadFile, ReturnsTheSizeOrAFailureCode) {
   EXPECT_EQ(mreadFileW(wide(dir.filePath("missing")), &data, true), -1);
   EXPECT_EQ(mreadFileW(nullptr, &data, true), 0);
   EXPECT_EQ(mreadFileW(wide(dir.filePath("three")), nullptr, false), 3);
+  fs::create_directory(dir.filePath("folder"));
+  EXPECT_EQ(mreadFileW(wide(dir.filePath("folder")), &data, true), -1) << "a folder is no file";
+  EXPECT_EQ(data, nullptr);
 
   ASSERT_EQ(mreadFileW(wide(dir.filePath("three")), &data, true), 3);
   const char* bytes = static_cast<const char*>(data);
@@ -118,6 +134,10 @@ TEST(CheckFileRights, OnlyAnExistingEntryThatCannotBeWrittenFails) {
     EXPECT_EQ(mcheckFileRights(wide(dir.filePath(c.name))), c.expected);
   }
   EXPECT_EQ(mcheckFileRights(nullptr), 1);
+  fs::create_directory(dir.filePath("empty-folder"));
+  LogCapture log(MLOG_INFO);
+  EXPECT_EQ(mcheckFileRights(wide(dir.filePath("empty-folder"))), 0) << "a folder is no file";
+  EXPECT_NE(log.text().find("nofilerights"), std::string::npos);
 }
 
 TEST(FileHelpers, NonAsciiNamesRoundTripThroughUtf8) {

@@ -264,20 +264,45 @@ size_t runReplacing(iconv_t cd, const void* in, size_t inBytes, ReplacingOutput&
   return output.total();
 }
 
+bool isUtf16Name(const char* name) {
+  return zeb_strnicmp(name, "UTF-16", 6) == 0;
+}
+
+// A conversion between two 8-bit charsets done in two steps through UTF-16: each charset's own
+// decoder and encoder, rather than the direct converter of the pair.
+ConvertResult convertThroughUtf16(CharsetName to, CharsetName from, const void* in, size_t inBytes,
+                                  void* out, size_t outBytes) {
+  // A byte of 8-bit text decodes to at most one UTF-16 unit; a four-byte GB18030 sequence to two.
+  std::basic_string<char16_t> wide(inBytes, u'\0');
+  const ConvertResult decoded = convertDiscarding(fixedName(kHostUtf16), from, in, inBytes,
+                                                  &wide[0], wide.size() * sizeof(char16_t));
+  if (!decoded.ok) return decoded;
+  return convertDiscarding(to, fixedName(kHostUtf16), wide.data(), decoded.written, out, outBytes);
+}
+
 }  // namespace
 
+// Some direct converters between two 8-bit charsets are wrong at the end of the input: glibc's
+// GB2312 to GBK (CP936) reports an incomplete sequence after a final double-byte character of
+// complete text. A conversion between 8-bit charsets that ends that way is done again through
+// UTF-16, so every pair that can represent the text converts it.
 ConvertResult convertDiscarding(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                                 void* out, size_t outBytes) {
   ConvertResult result{0, false};
+  bool endedIncomplete = false;
   withConverter(to, from, Rejects::kDiscard, [&](iconv_t cd) {
     char* src = const_cast<char*>(static_cast<const char*>(in));
     size_t srcLeft = inBytes;
     char* dst = static_cast<char*>(out);
     size_t dstLeft = outBytes;
     const size_t status = iconv(cd, &src, &srcLeft, &dst, &dstLeft);
+    endedIncomplete = status == kIconvError && errno == EINVAL;
     result = {outBytes - dstLeft, status == 0};
     return result.ok;
   });
+  if (endedIncomplete && !isUtf16Name(to.text) && !isUtf16Name(from.text)) {
+    return convertThroughUtf16(to, from, in, inBytes, out, outBytes);
+  }
   return result;
 }
 

@@ -25,12 +25,22 @@ bool toUtf8Path(const zwchar_t* path, TAnsiString& out) {
   return true;
 }
 
+bool isFolder(int fd) {
+  struct stat info;
+  return fstat(fd, &info) == 0 && S_ISDIR(info.st_mode);
+}
+
 }  // namespace
 
 std::FILE* openFile(const zwchar_t* path, const char* mode) {
   TAnsiString utf8;
   if (mode == nullptr || !toUtf8Path(path, utf8)) return nullptr;
-  return std::fopen(utf8.p(), mode);
+  std::FILE* f = std::fopen(utf8.p(), mode);
+  if (f != nullptr && isFolder(fileno(f))) {
+    std::fclose(f);
+    return nullptr;
+  }
+  return f;
 }
 
 bool pathExists(const zwchar_t* path) {
