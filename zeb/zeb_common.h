@@ -20,6 +20,7 @@
 #include "zeb/strings/zeb_cstr.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
+#include "zeb/utils/TIniFile.h"
 #include "zeb/utils/mfile.h"
 
 #endif  // ZEB_ZEB_COMMON_H
