@@ -18,34 +18,32 @@ using zeb::TIniFile;
 using zeb::testing::TempDir;
 using Strings = std::vector<std::string>;
 
-// Loads `content` from a file in `dir`; the load's result goes to *loaded.
-void loadText(const TempDir& dir, TIniFile& ini, const std::string& content, bool* loaded) {
-  dir.writeFile("in.ini", content);
-  *loaded = ini.load(dir.filePath("in.ini"));
-}
+// A temporary folder and an object to load into it and save from it.
+class Ini : public ::testing::Test {
+ protected:
+  // Loads `content` from a file in the folder.
+  bool load(const std::string& content) {
+    dir.writeFile("in.ini", content);
+    return ini.load(dir.filePath("in.ini"));
+  }
+  std::string saved() {
+    ini.saveas(dir.filePath("out.ini"));
+    return dir.readFile("out.ini");
+  }
 
-std::string savedText(const TempDir& dir, TIniFile& ini) {
-  ini.saveas(dir.filePath("out.ini"));
-  return dir.readFile("out.ini");
-}
-
-TEST(IniLoad, EntriesBeforeAnyHeaderAreWrittenFirstWithoutHeader) {
   TempDir dir;
   TIniFile ini;
-  bool loaded = false;
-  loadText(dir, ini, "[b]\nx=1\na=1\nb=2\n", &loaded);
-  ASSERT_TRUE(loaded);
-  loadText(dir, ini, "a=1\nb=2\n[B]\nx=3\n[a]\ny=4\n", &loaded);
-  ASSERT_TRUE(loaded);
+};
+
+TEST_F(Ini, EntriesBeforeAnyHeaderAreWrittenFirstWithoutHeader) {
+  ASSERT_TRUE(load("[b]\nx=1\na=1\nb=2\n"));
+  ASSERT_TRUE(load("a=1\nb=2\n[B]\nx=3\n[a]\ny=4\n"));
   EXPECT_FALSE(ini.hasSection("b")) << "a load starts from an empty object";
-  EXPECT_EQ(savedText(dir, ini), "a=1\nb=2\n[B]\nx=3\n[a]\ny=4\n");
+  EXPECT_EQ(saved(), "a=1\nb=2\n[B]\nx=3\n[a]\ny=4\n");
 }
 
-TEST(IniLoad, DuplicateKeysStayInFileOrder) {
-  TempDir dir;
-  TIniFile ini;
-  bool loaded = false;
-  loadText(dir, ini, "[s]\nk=first\nk=second\n", &loaded);
+TEST_F(Ini, DuplicateKeysStayInFileOrder) {
+  ASSERT_TRUE(load("[s]\nk=first\nk=second\n"));
   std::string value;
   ASSERT_TRUE(ini.getValue("s", "k", value));
   EXPECT_EQ(value, "first");
@@ -60,11 +58,8 @@ TEST(IniLoad, DuplicateKeysStayInFileOrder) {
   EXPECT_EQ(values, (Strings{"second"}));
 }
 
-TEST(IniLoad, InlineCommentsAreCutAndKeptAboveTheirEntry) {
-  TempDir dir;
-  TIniFile ini;
-  bool loaded = false;
-  loadText(dir, ini, "[s]\nkey = value ; note\nurl=a#b;c\n", &loaded);
+TEST_F(Ini, InlineCommentsAreCutAndKeptAboveTheirEntry) {
+  ASSERT_TRUE(load("[s]\nkey = value ; note\nurl=a#b;c\n"));
   std::string value, comment;
   ASSERT_TRUE(ini.getValue("s", "key ", value, comment));
   EXPECT_EQ(value, " value");
@@ -72,70 +67,49 @@ TEST(IniLoad, InlineCommentsAreCutAndKeptAboveTheirEntry) {
   ASSERT_TRUE(ini.getValue("s", "url", value, comment));
   EXPECT_EQ(value, "a");
   EXPECT_EQ(comment, "#b;c") << "the tail from the first flag on";
-  EXPECT_EQ(savedText(dir, ini), "[s]\n; note\nkey = value\n#b;c\nurl=a\n");
+  EXPECT_EQ(saved(), "[s]\n; note\nkey = value\n#b;c\nurl=a\n");
 }
 
-TEST(IniLoad, CommentLinesJoinIntoTheNextSectionsComment) {
-  TempDir dir;
-  TIniFile ini;
-  bool loaded = false;
-  loadText(dir, ini, "  # a\n\n; b\n[s]\nk=v\n# lost at the end\n", &loaded);
+TEST_F(Ini, CommentLinesJoinIntoTheNextSectionsComment) {
+  ASSERT_TRUE(load("  # a\n\n; b\n[s]\nk=v\n# lost at the end\n"));
   std::string comment;
   ASSERT_TRUE(ini.getSectionComment("s", comment));
   EXPECT_EQ(comment, "# a\n; b");
-  EXPECT_EQ(savedText(dir, ini), "# a\n; b\n[s]\nk=v\n");
+  EXPECT_EQ(saved(), "# a\n; b\n[s]\nk=v\n");
 }
 
-TEST(IniLoad, BadHeadersFailTheLoadAndKeepWhatWasRead) {
-  TempDir dir;
-  TIniFile ini;
-  bool loaded = true;
-  loadText(dir, ini, "[sec]\na=1\n[sec]\nb=2\n", &loaded);
-  EXPECT_FALSE(loaded);
+TEST_F(Ini, BadHeadersFailTheLoadAndKeepWhatWasRead) {
+  EXPECT_FALSE(load("[sec]\na=1\n[sec]\nb=2\n"));
   EXPECT_TRUE(ini.hasKey("sec", "a"));
   EXPECT_FALSE(ini.hasKey("sec", "b"));
-  loadText(dir, ini, "[sec\na=1\n", &loaded);
-  EXPECT_FALSE(loaded);
+  EXPECT_FALSE(load("[sec\na=1\n"));
   EXPECT_FALSE(ini.load(dir.filePath("missing.ini")));
   EXPECT_FALSE(ini.hasSection(""));
 }
 
-TEST(IniLoad, OddLinesAndLineEnds) {
-  TempDir dir;
-  TIniFile ini;
-  bool loaded = false;
+TEST_F(Ini, OddLinesAndLineEnds) {
   for (const char* text : {"[s]\r\nk=v\r\n", "[s]\nk=v\n", "[s]\nk=v"}) {
-    loadText(dir, ini, text, &loaded);
-    ASSERT_TRUE(loaded) << text;
-    EXPECT_EQ(savedText(dir, ini), "[s]\nk=v\n") << text;
+    ASSERT_TRUE(load(text)) << text;
+    EXPECT_EQ(saved(), "[s]\nk=v\n") << text;
   }
-  loadText(dir, ini, "[ a ]junk\nno equals sign\n=\n[]\nlost=1\n[b]\nkept=1\n", &loaded);
-  ASSERT_TRUE(loaded);
-  EXPECT_EQ(savedText(dir, ini), "[ a ]\n=\n[b]\nkept=1\n");
-  loadText(dir, ini, "", &loaded);
-  EXPECT_TRUE(loaded);
+  ASSERT_TRUE(load("[ a ]junk\nno equals sign\n=\n[]\nlost=1\n[b]\nkept=1\n"));
+  EXPECT_EQ(saved(), "[ a ]\n=\n[b]\nkept=1\n");
+  EXPECT_TRUE(load(""));
   EXPECT_TRUE(ini.hasSection(""));
 }
 
-TEST(IniLoad, LongLinesAndHighBytesSurvive) {
-  TempDir dir;
-  TIniFile ini;
+TEST_F(Ini, LongLinesAndHighBytesSurvive) {
   const std::string longValue(10000, 'v');
-  bool loaded = false;
-  loadText(dir, ini, "[\xE4\xB8\xAD]\nk=" + longValue + "\n\xFF=\x80\n", &loaded);
-  ASSERT_TRUE(loaded);
+  ASSERT_TRUE(load("[\xE4\xB8\xAD]\nk=" + longValue + "\n\xFF=\x80\n"));
   int found = 0;
   EXPECT_EQ(ini.getStringValue("\xE4\xB8\xAD", "k", found), longValue);
   EXPECT_EQ(ini.getStringValue("\xE4\xB8\xAD", "\xFF", found), "\x80");
   EXPECT_EQ(found, 1);
 }
 
-TEST(IniLoad, CustomCommentFlagsReplaceTheDefaults) {
-  TempDir dir;
-  TIniFile ini;
+TEST_F(Ini, CustomCommentFlagsReplaceTheDefaults) {
   ini.setCommentFlags({"//"});
-  bool loaded = false;
-  loadText(dir, ini, "// head\n[s]\nk=a # b ; c // d\n/x=1\n", &loaded);
+  ASSERT_TRUE(load("// head\n[s]\nk=a # b ; c // d\n/x=1\n"));
   std::string value, comment;
   ASSERT_TRUE(ini.getValue("s", "k", value, comment));
   EXPECT_EQ(value, "a # b ; c");
@@ -164,11 +138,9 @@ TEST(IniValues, NumbersAndMissingEntries) {
   EXPECT_TRUE(values.empty());
 }
 
-TEST(IniValues, SetValuePrefixesTheFirstFlag) {
-  TempDir dir;
-  TIniFile ini;
+TEST_F(Ini, SetValuePrefixesTheFirstFlag) {
   ini.setValue("s", "k", "v", "note");
-  EXPECT_EQ(savedText(dir, ini), "[s]\n#note\nk=v\n");
+  EXPECT_EQ(saved(), "[s]\n#note\nk=v\n");
   ini.setValue("s", "k", "v", "#x");
   std::string value, comment;
   ini.getValue("s", "k", value, comment);
