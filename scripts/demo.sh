@@ -27,5 +27,8 @@ echo "== zeb_tasks: a task on a task thread reads README.md, converts it and log
 "$build/examples/zeb_tasks" "$root/README.md" "$logs/tasks"
 grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
+echo "== zeb_table: a GB18030 CSV file read on a task thread, printed as UTF-8 with INI settings"
+"$build/examples/zeb_table" "$root/examples/data/contacts.gb18030.csv" "$root/examples/data/table.ini"
+echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
