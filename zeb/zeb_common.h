@@ -12,6 +12,7 @@
 #include "zeb/data/zeb_md5.h"
 #include "zeb/data/zeb_xxtea.h"
 #include "zeb/datetime/mdatetime.h"
+#include "zeb/datetime/tpdate.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"

@@ -41,8 +41,9 @@ struct DecodeTables {
       word[2][c] = ((v >> 2) << 8) | ((v & 3) << 22);
       word[3][c] = v << 16;
     }
-    word[0]['\r'] = word[0]['\n'] = kCareful;
-    word[2]['='] = word[2][0] = word[3]['='] = kCareful;
+    constexpr unsigned char kCr = '\r', kLf = '\n', kPad = '=';
+    word[0][kCr] = word[0][kLf] = kCareful;
+    word[2][kPad] = word[2][0] = word[3][kPad] = kCareful;
   }
 };
 constexpr DecodeTables kDecode{};
