@@ -21,6 +21,7 @@
 #include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
+#include "zeb/formats/TStrSimilar.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/mfile.h"
