@@ -29,3 +29,6 @@ grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
+"$build/examples/zeb_lunar"
