@@ -11,30 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "testing/plain_levenshtein.h"
 #include "zeb/formats/TStrSimilar.h"
 
 namespace {
 
-unsigned char upper(unsigned char c) {
-  return c >= 'a' && c <= 'z' ? c - 32 : c;
-}
-
-unsigned plainDistance(const std::string& a, const std::string& b, std::vector<unsigned>& prev,
-                       std::vector<unsigned>& row) {
-  prev.resize(b.size() + 1);
-  row.resize(b.size() + 1);
-  for (size_t j = 0; j <= b.size(); ++j) prev[j] = static_cast<unsigned>(j);
-  for (size_t i = 1; i <= a.size(); ++i) {
-    row[0] = static_cast<unsigned>(i);
-    const unsigned char ca = upper(a[i - 1]);
-    for (size_t j = 1; j <= b.size(); ++j) {
-      const unsigned cost = ca == upper(b[j - 1]) ? 0 : 1;
-      row[j] = std::min({prev[j] + 1, row[j - 1] + 1, prev[j - 1] + cost});
-    }
-    std::swap(prev, row);
-  }
-  return prev[b.size()];
-}
+using zeb::testing::plainLevenshtein;
 
 struct Pair {
   std::string a, b;
@@ -53,7 +35,7 @@ Pair randomPair(size_t n) {
 
 void checkDistance(const Pair& p, unsigned ours) {
   std::vector<unsigned> prev, row;
-  if (ours != plainDistance(p.a, p.b, prev, row)) abort();
+  if (ours != plainLevenshtein(p.a, p.b, prev, row)) abort();
 }
 
 void BM_Distance_Ours(benchmark::State& state) {
@@ -67,7 +49,7 @@ void BM_Distance_Ours(benchmark::State& state) {
 void BM_Distance_Plain(benchmark::State& state) {
   const Pair p = randomPair(static_cast<size_t>(state.range(0)));
   std::vector<unsigned> prev, row;
-  for (auto _ : state) benchmark::DoNotOptimize(plainDistance(p.a, p.b, prev, row));
+  for (auto _ : state) benchmark::DoNotOptimize(plainLevenshtein(p.a, p.b, prev, row));
 }
 
 void BM_Proportion_Ours(benchmark::State& state) {
@@ -82,7 +64,7 @@ void BM_Proportion_Plain(benchmark::State& state) {
   std::vector<unsigned> prev, row;
   for (auto _ : state) {
     const unsigned n = static_cast<unsigned>(std::max(p.a.size(), p.b.size()));
-    benchmark::DoNotOptimize((n - plainDistance(p.a, p.b, prev, row)) * 100 / n);
+    benchmark::DoNotOptimize((n - plainLevenshtein(p.a, p.b, prev, row)) * 100 / n);
   }
 }
 

@@ -6,34 +6,15 @@
 #include <stdint.h>
 #include <stdlib.h>
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
+#include "testing/plain_levenshtein.h"
 #include "zeb/formats/TStrSimilar.h"
 
 namespace {
 
 void check(bool ok) {
   if (!ok) abort();
-}
-
-unsigned char upper(unsigned char c) {
-  return c >= 'a' && c <= 'z' ? c - 32 : c;
-}
-
-unsigned plainDistance(const std::string& a, const std::string& b) {
-  std::vector<unsigned> prev(b.size() + 1), row(b.size() + 1);
-  for (size_t j = 0; j <= b.size(); ++j) prev[j] = static_cast<unsigned>(j);
-  for (size_t i = 1; i <= a.size(); ++i) {
-    row[0] = static_cast<unsigned>(i);
-    for (size_t j = 1; j <= b.size(); ++j) {
-      const unsigned cost = upper(a[i - 1]) == upper(b[j - 1]) ? 0 : 1;
-      row[j] = std::min({prev[j] + 1, row[j - 1] + 1, prev[j - 1] + cost});
-    }
-    std::swap(prev, row);
-  }
-  return prev[b.size()];
 }
 
 }  // namespace
@@ -49,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const char* pb = b.c_str();
 
   const unsigned full = similar.distance(pa, pb, 0);
-  check(full == plainDistance(a, b));
+  check(full == zeb::testing::plainLevenshtein(a, b));
   const unsigned limit = size % 7;
   const unsigned stopped = similar.distance(pa, pb, limit);
   check(stopped == full || (limit != 0 && stopped > limit));

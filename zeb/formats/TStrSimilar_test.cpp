@@ -6,31 +6,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "testing/plain_levenshtein.h"
+
 namespace {
 
-unsigned char upper(unsigned char c) {
-  return c >= 'a' && c <= 'z' ? c - 32 : c;
-}
-
-// Levenshtein over the whole strings in two rows, letters folded.
-unsigned plainDistance(const std::string& a, const std::string& b) {
-  std::vector<unsigned> prev(b.size() + 1), row(b.size() + 1);
-  for (size_t j = 0; j <= b.size(); ++j) prev[j] = static_cast<unsigned>(j);
-  for (size_t i = 1; i <= a.size(); ++i) {
-    row[0] = static_cast<unsigned>(i);
-    for (size_t j = 1; j <= b.size(); ++j) {
-      const unsigned cost = upper(a[i - 1]) == upper(b[j - 1]) ? 0 : 1;
-      row[j] = std::min({prev[j] + 1, row[j - 1] + 1, prev[j - 1] + cost});
-    }
-    std::swap(prev, row);
-  }
-  return prev[b.size()];
-}
+using zeb::testing::plainLevenshtein;
 
 std::string randomText(std::mt19937& random, size_t n, const std::string& alphabet) {
   std::string s(n, ' ');
@@ -48,11 +32,11 @@ TEST(StrSimilarDistance, EqualsThePlainProgrammeOnRandomPairs) {
       for (size_t lb : lengths) {
         const std::string a = randomText(random, la, alphabet);
         std::string b = randomText(random, lb, alphabet);
-        ASSERT_EQ(similar.distance(a.c_str(), b.c_str(), 0), plainDistance(a, b))
+        ASSERT_EQ(similar.distance(a.c_str(), b.c_str(), 0), plainLevenshtein(a, b))
             << la << " x " << lb << " over " << alphabet;
         // A shared prefix and suffix with a changed middle exercise the stripping.
         b = a.substr(0, la / 3) + randomText(random, lb % 17, alphabet) + a.substr(la / 3);
-        ASSERT_EQ(similar.distance(a.c_str(), b.c_str(), 0), plainDistance(a, b));
+        ASSERT_EQ(similar.distance(a.c_str(), b.c_str(), 0), plainLevenshtein(a, b));
       }
     }
   }
@@ -83,7 +67,7 @@ TEST(StrSimilarDistance, LimitStopsAtTheFirstDiagonalCellAboveIt) {
   for (int round = 0; round < 300; ++round) {
     const std::string a = randomText(random, random() % 40, "abc");
     const std::string b = randomText(random, random() % 40, "abc");
-    const unsigned limit = 1 + random() % 6, full = plainDistance(a, b);
+    const unsigned limit = 1 + random() % 6, full = plainLevenshtein(a, b);
     const unsigned stopped = similar.distance(a.c_str(), b.c_str(), limit);
     if (stopped != full) {
       EXPECT_GT(stopped, limit) << a << " / " << b;
