@@ -1,5 +1,7 @@
 // MD5: the 64-step compression function unrolled, with the usual reformulated boolean functions
-// (F as z ^ (x & (y ^ z)), G as y ^ (z & (x ^ y))) so each step is a few instructions.
+// (F as z ^ (x & (y ^ z)); G as the sum of (y & ~z) and (x & z), whose bits never overlap, so
+// the part that does not depend on the previous step is added early) so each step is a few
+// instructions.
 
 #include "zeb/data/zeb_md5.h"
 
@@ -29,8 +31,9 @@ inline uint32_t rotl(uint32_t v, int s) {
 }
 
 #define ZEB_MD5_STEP(f, a, b, c, d, k, s, t) a = rotl(a + f(b, c, d) + x[k] + (t), s) + b
+#define ZEB_MD5_STEP_G(a, b, c, d, k, s, t) \
+  a = rotl(a + (c & ~d) + x[k] + (t) + (b & d), s) + b
 #define ZEB_MD5_F(x, y, z) ((z) ^ ((x) & ((y) ^ (z))))
-#define ZEB_MD5_G(x, y, z) ((y) ^ ((z) & ((x) ^ (y))))
 #define ZEB_MD5_H(x, y, z) ((x) ^ (y) ^ (z))
 #define ZEB_MD5_I(x, y, z) ((y) ^ ((x) | ~(z)))
 
@@ -56,22 +59,22 @@ void compress(uint32_t state[4], const unsigned char* block) {
   ZEB_MD5_STEP(ZEB_MD5_F, c, d, a, b, 14, 17, 0xa679438e);
   ZEB_MD5_STEP(ZEB_MD5_F, b, c, d, a, 15, 22, 0x49b40821);
 
-  ZEB_MD5_STEP(ZEB_MD5_G, a, b, c, d, 1, 5, 0xf61e2562);
-  ZEB_MD5_STEP(ZEB_MD5_G, d, a, b, c, 6, 9, 0xc040b340);
-  ZEB_MD5_STEP(ZEB_MD5_G, c, d, a, b, 11, 14, 0x265e5a51);
-  ZEB_MD5_STEP(ZEB_MD5_G, b, c, d, a, 0, 20, 0xe9b6c7aa);
-  ZEB_MD5_STEP(ZEB_MD5_G, a, b, c, d, 5, 5, 0xd62f105d);
-  ZEB_MD5_STEP(ZEB_MD5_G, d, a, b, c, 10, 9, 0x02441453);
-  ZEB_MD5_STEP(ZEB_MD5_G, c, d, a, b, 15, 14, 0xd8a1e681);
-  ZEB_MD5_STEP(ZEB_MD5_G, b, c, d, a, 4, 20, 0xe7d3fbc8);
-  ZEB_MD5_STEP(ZEB_MD5_G, a, b, c, d, 9, 5, 0x21e1cde6);
-  ZEB_MD5_STEP(ZEB_MD5_G, d, a, b, c, 14, 9, 0xc33707d6);
-  ZEB_MD5_STEP(ZEB_MD5_G, c, d, a, b, 3, 14, 0xf4d50d87);
-  ZEB_MD5_STEP(ZEB_MD5_G, b, c, d, a, 8, 20, 0x455a14ed);
-  ZEB_MD5_STEP(ZEB_MD5_G, a, b, c, d, 13, 5, 0xa9e3e905);
-  ZEB_MD5_STEP(ZEB_MD5_G, d, a, b, c, 2, 9, 0xfcefa3f8);
-  ZEB_MD5_STEP(ZEB_MD5_G, c, d, a, b, 7, 14, 0x676f02d9);
-  ZEB_MD5_STEP(ZEB_MD5_G, b, c, d, a, 12, 20, 0x8d2a4c8a);
+  ZEB_MD5_STEP_G(a, b, c, d, 1, 5, 0xf61e2562);
+  ZEB_MD5_STEP_G(d, a, b, c, 6, 9, 0xc040b340);
+  ZEB_MD5_STEP_G(c, d, a, b, 11, 14, 0x265e5a51);
+  ZEB_MD5_STEP_G(b, c, d, a, 0, 20, 0xe9b6c7aa);
+  ZEB_MD5_STEP_G(a, b, c, d, 5, 5, 0xd62f105d);
+  ZEB_MD5_STEP_G(d, a, b, c, 10, 9, 0x02441453);
+  ZEB_MD5_STEP_G(c, d, a, b, 15, 14, 0xd8a1e681);
+  ZEB_MD5_STEP_G(b, c, d, a, 4, 20, 0xe7d3fbc8);
+  ZEB_MD5_STEP_G(a, b, c, d, 9, 5, 0x21e1cde6);
+  ZEB_MD5_STEP_G(d, a, b, c, 14, 9, 0xc33707d6);
+  ZEB_MD5_STEP_G(c, d, a, b, 3, 14, 0xf4d50d87);
+  ZEB_MD5_STEP_G(b, c, d, a, 8, 20, 0x455a14ed);
+  ZEB_MD5_STEP_G(a, b, c, d, 13, 5, 0xa9e3e905);
+  ZEB_MD5_STEP_G(d, a, b, c, 2, 9, 0xfcefa3f8);
+  ZEB_MD5_STEP_G(c, d, a, b, 7, 14, 0x676f02d9);
+  ZEB_MD5_STEP_G(b, c, d, a, 12, 20, 0x8d2a4c8a);
 
   ZEB_MD5_STEP(ZEB_MD5_H, a, b, c, d, 5, 4, 0xfffa3942);
   ZEB_MD5_STEP(ZEB_MD5_H, d, a, b, c, 8, 11, 0x8771f681);
@@ -115,7 +118,7 @@ void compress(uint32_t state[4], const unsigned char* block) {
 
 #undef ZEB_MD5_STEP
 #undef ZEB_MD5_F
-#undef ZEB_MD5_G
+#undef ZEB_MD5_STEP_G
 #undef ZEB_MD5_H
 #undef ZEB_MD5_I
 
