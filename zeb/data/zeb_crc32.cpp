@@ -1,8 +1,8 @@
 // CRC-32 in two ways that give identical results:
 //   - slicing by 16: sixteen 256-entry tables fold 16 input bytes into the register per step;
-//   - on x86-64 processors with PCLMULQDQ, long inputs are folded 64 bytes per step with
-//     carry-less multiplication and reduced to 32 bits by Barrett reduction; the bytes before the
-//     first 16-byte boundary and after the last one go through the tables.
+//   - on x86-64 processors with PCLMULQDQ, inputs of 64 bytes or more are folded 64 bytes per
+//     step with carry-less multiplication (unaligned loads) and reduced to 32 bits by Barrett
+//     reduction; the last n mod 16 bytes go through the tables.
 // The register is kept inverted inside; the public value is the inverted register.
 
 #include "zeb/data/zeb_crc32.h"
@@ -107,14 +107,10 @@ bool hasCarrylessMultiply() {
   return has;
 }
 
-constexpr size_t kFoldingFrom = 256;
+constexpr size_t kFoldingFrom = 64;
 
 uint32_t crcLong(uint32_t r, const unsigned char* p, size_t n) {
   if (n < kFoldingFrom || !hasCarrylessMultiply()) return crcSliced(r, p, n);
-  const size_t head = (16 - (reinterpret_cast<uintptr_t>(p) & 15)) & 15;
-  r = crcSliced(r, p, head);
-  p += head;
-  n -= head;
   const size_t body = n & ~size_t{15};
   r = crcFolded(r, p, body);
   return crcSliced(r, p + body, n - body);
