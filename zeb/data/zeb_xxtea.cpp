@@ -51,10 +51,11 @@ int paddedLength(int length) {
 }  // namespace
 
 unsigned int zeb_xxtea(unsigned int* words, int n, const unsigned int* key) {
+  if (words == nullptr || key == nullptr) return 1;
   if (n > 1) {
     encrypt(words, static_cast<uint32_t>(n), key);
   } else if (n < -1) {
-    decrypt(words, static_cast<uint32_t>(-n), key);
+    decrypt(words, static_cast<uint32_t>(-static_cast<long long>(n)), key);
   } else {
     return 1;
   }

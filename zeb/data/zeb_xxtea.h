@@ -20,7 +20,7 @@ extern "C" {
 
 // n > 1 encrypts the n words in place, n < -1 decrypts the -n words, under the 128-bit key
 // (delta 0x9E3779B9, 6 + 52 / n rounds). Returns 0; for -1 <= n <= 1 nothing is done and the
-// result is 1 (the cipher needs at least two words).
+// result is 1 (the cipher needs at least two words), as it is for null words or a null key.
 ZEB_API unsigned int zeb_xxtea(unsigned int* words, int n, const unsigned int* key);
 
 #ifdef __cplusplus

@@ -39,6 +39,10 @@ TEST(Xxtea, RoundTripsEverySizeAndRefusesSingleWords) {
     EXPECT_EQ(zeb_xxtea(&word, n, key), 1u);
     EXPECT_EQ(word, 42u);
   }
+  unsigned pair[2] = {1, 2};
+  EXPECT_EQ(zeb_xxtea(pair, 2, nullptr), 1u);
+  EXPECT_EQ(zeb_xxtea(nullptr, 2, key), 1u);
+  EXPECT_EQ(pair[0], 1u);
 }
 
 TEST(TeaTextData, PadsEncryptsAndWritesHex) {
