@@ -1,5 +1,6 @@
 // Fuzzing of the Base64 and quoted-printable decoders on arbitrary bytes, with both lengths
-// (given, and up to the NUL), and of each codec's round trip: decoding what the encoder wrote
+// (given, and up to the NUL), the Base64 decoder against a character-by-character reading of its
+// rules, and of each codec's round trip: decoding what the encoder wrote
 // gives the input back (for quoted-printable with '_' read back as a space, the decoder's rule).
 #include <stddef.h>
 #include <stdint.h>
@@ -17,6 +18,34 @@ void check(bool ok) {
   if (!ok) abort();
 }
 
+// The Base64 decoding rules read one character at a time, with no tables and no fast path.
+std::string referenceBase64(const char* text, int length) {
+  static const std::string alphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const auto at = [&](int i) { return i < length ? text[i] : '\0'; };
+  const auto value = [&](char c) {
+    const size_t v = c == '\0' ? std::string::npos : alphabet.find(c);
+    return v == std::string::npos ? 0u : static_cast<unsigned>(v);
+  };
+  std::string out;
+  if (length == 0 || text[0] == '.') return out;
+  for (int i = 0; i < length;) {
+    if (text[i] == '\r' || text[i] == '\n') {
+      ++i;
+      continue;
+    }
+    const unsigned v = value(at(i)) << 18 | value(at(i + 1)) << 12 | value(at(i + 2)) << 6 |
+                       value(at(i + 3));
+    out += static_cast<char>(v >> 16);
+    if (at(i + 2) != '=' && at(i + 2) != '\0') {
+      out += static_cast<char>(v >> 8);
+      if (at(i + 3) != '=') out += static_cast<char>(v);
+    }
+    i += 4;
+  }
+  return out;
+}
+
 // Decoding any text gives at most 3 bytes per 4 characters, NUL-terminated.
 void decodeArbitrary(const char* text, int length) {
   const int size = length < 0 ? static_cast<int>(strlen(text)) : length;
@@ -25,6 +54,9 @@ void decodeArbitrary(const char* text, int length) {
   check(n >= 0 && n <= 3 * (size / 4 + 1));
   if (n > 0) check(out.p()[n] == '\0');
   check(tbase64codec::Decode(text, length).size() == n);
+  const std::string expected = referenceBase64(text, size);
+  check(expected.size() == static_cast<size_t>(n) &&
+        (n == 0 || memcmp(out.p(), expected.data(), n) == 0));
   const int q = tqpcodec::Decode(text, length, out);
   check(q >= 0 && q <= size);
   if (q > 0) check(out.p()[q] == '\0');
