@@ -32,3 +32,6 @@ echo "== zeb_table: a GB18030 CSV file read on a task thread, printed as UTF-8 w
 echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
+"$build/examples/zeb_lunar"
