@@ -5,6 +5,7 @@
 #include "zeb/zeb_api.h"
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/binary_hex.h"
+#include "zeb/data/mdatastream.h"
 #include "zeb/data/tbytesdata.h"
 #include "zeb/datetime/mdatetime.h"
 #include "zeb/log/mlog_ticks.h"
