@@ -19,5 +19,6 @@
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/mfile.h"
+#include "zeb/utils/zeb_regkey.h"
 
 #endif  // ZEB_ZEB_COMMON_H
