@@ -29,3 +29,8 @@ grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+echo "== zeb_settings: settings kept in the registry ($build/registry/user.db), run twice"
+rm -rf "$build/registry"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
