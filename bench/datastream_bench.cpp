@@ -1,6 +1,7 @@
-// Typed reads and writes through tdatastream and tdatastreamWriter, from memory and from a file,
-// beside the same values read and written one by one with fread and fwrite on a buffered C
-// stream. Each pass handles kRecords records of one 1-, 2-, 4- and 8-byte value each.
+// Typed reads and writes through tdatastream and tdatastreamWriter, from memory and from a file
+// (opened by the stream, or the caller's FILE*), beside the same values read and written one by
+// one with fread and fwrite on a buffered C stream. Each pass handles kRecords records of one 1-,
+// 2-, 4- and 8-byte value each.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "testing/temp_dir.h"
 #include "zeb/data/mdatastream.h"
 
 namespace {
@@ -114,6 +116,13 @@ void BM_Write_StreamMemory(benchmark::State& state) {
 }
 
 void BM_Write_StreamFile(benchmark::State& state) {
+  zeb::testing::TempDir dir;
+  const std::string path = dir.filePath("out.bin");
+  tdatastreamWriter out(path.c_str(), MIB_UTF8, false);
+  writeAll(out, state);
+}
+
+void BM_Write_StreamCallersFile(benchmark::State& state) {
   std::FILE* f = std::tmpfile();
   {
     tdatastreamWriter out(f);
@@ -149,4 +158,5 @@ BENCHMARK(BM_Read_StreamFile);
 BENCHMARK(BM_Read_Fread);
 BENCHMARK(BM_Write_StreamMemory);
 BENCHMARK(BM_Write_StreamFile);
+BENCHMARK(BM_Write_StreamCallersFile);
 BENCHMARK(BM_Write_Fwrite);

@@ -309,13 +309,40 @@ struct tdatastreamWriter::State {
   std::FILE* file = nullptr;
   bool ownsFile = false;
   bool ownsBuffer = false;
+  // An owned file is written through this block of kCacheSize bytes (nobody else writes to that
+  // file, so the order of its bytes cannot change); a caller's file gets every write at once.
+  unsigned char* pending = nullptr;
+  int pendingSize = 0;
+
+  ~State() { std::free(pending); }
+
+  // Hands the pending bytes to the file; false when that write fails.
+  bool flush() {
+    if (pendingSize == 0) return true;
+    const bool written = std::fwrite(pending, static_cast<size_t>(pendingSize), 1, file) == 1;
+    pendingSize = 0;
+    return written;
+  }
+
+  int writeFile(const void* p, int n) {
+    if (file == nullptr) return 0;
+    if (ownsFile && pending == nullptr) {
+      pending = static_cast<unsigned char*>(std::malloc(kCacheSize));
+    }
+    if (!ownsFile || pending == nullptr || n > kCacheSize - pendingSize) {
+      if (!flush()) return 0;
+    }
+    if (pending == nullptr || n >= kCacheSize) {
+      return std::fwrite(p, static_cast<size_t>(n), 1, file) == 1 ? n : 0;
+    }
+    std::memcpy(pending + pendingSize, p, static_cast<size_t>(n));
+    pendingSize += n;
+    return n;
+  }
 
   // writeData for n >= 1.
   int write(const void* p, int n) {
-    if (type == tdatastreamWriter::file) {
-      if (file == nullptr) return 0;
-      return std::fwrite(p, static_cast<size_t>(n), 1, file) == 1 ? n : 0;
-    }
+    if (type == tdatastreamWriter::file) return writeFile(p, n);
     if (target == nullptr) return 0;
     const int before = target->size();
     if (target->dataCapacity() - before >= n) {
@@ -413,7 +440,7 @@ tdatastreamWriter& tdatastreamWriter::setMemDataBufferSize(int n) {
 
 void tdatastreamWriter::resetPos(int p) {
   if (d->type == file) {
-    if (d->file != nullptr) std::fseek(d->file, p, SEEK_SET);
+    if (d->file != nullptr && d->flush()) std::fseek(d->file, p, SEEK_SET);
     return;
   }
   tbytesdata* target = d->target;
@@ -428,7 +455,9 @@ void tdatastreamWriter::resetPos(int p) {
 }
 
 int tdatastreamWriter::pos() const {
-  if (d->type == file) return d->file != nullptr ? static_cast<int>(std::ftell(d->file)) : -1;
+  if (d->type == file) {
+    return d->file != nullptr ? static_cast<int>(std::ftell(d->file)) + d->pendingSize : -1;
+  }
   return d->target != nullptr ? d->target->size() : -1;
 }
 
@@ -442,6 +471,7 @@ tbytesdata& tdatastreamWriter::memData() {
 
 void tdatastreamWriter::finished() {
   if (!d->ownsFile || d->file == nullptr) return;
+  d->flush();
   std::fclose(d->file);
   d->file = nullptr;
   d->ownsFile = false;

@@ -103,7 +103,9 @@ class ZEB_API tdatastreamWriter {
   // outlive the writer.
   explicit tdatastreamWriter(tbytesdata& target);
   // A file writer: "ab" when append, else "w+b" (truncate). When the open fails the file's
-  // folder is created with its parents and the open tried once more.
+  // folder is created with its parents and the open tried once more. Writes to a file the writer
+  // opened itself collect in a 64 KiB block that resetPos, finished() and the destructor hand to
+  // the file (so a failed disk write can show at that point rather than in writeData).
   tdatastreamWriter(const zwchar_t* path, bool append);
   // As above, the path converted from `charset` to UTF-16 first.
   tdatastreamWriter(const char* path, tmibcharset charset, bool append);

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -127,7 +127,7 @@ TEST(DataStreamRead, LargeReadPastTheEndOfAFile) {
 
 TEST(DataStreamRead, EightBitPathInItsCharset) {
   TempDir dir;
-  dir.writeFile("\xe6\x95\xb0\xe6\x8d\xae.bin", "payload");  // "数据" in UTF-8
+  dir.writeFile("\xe6\x95\xb0\xe6\x8d\xae.bin", "payload");     // "数据" in UTF-8
   const std::string gb = dir.path() + "/\xca\xfd\xbe\xdd.bin";  // the same name in GB2312
   tdatastream in(gb.c_str(), MIB_GB2312);
   EXPECT_TRUE(in.isFileOpened());
@@ -243,8 +243,7 @@ TEST(DataStreamWrite, LittleEndianBytesAndRewinding) {
   EXPECT_TRUE(out.writeUInt64(0x0807060504030201ull));
   EXPECT_TRUE(out.writeUInt8(9));
   EXPECT_EQ(out.pos(), 11);
-  EXPECT_EQ(bytesOf(out.memData()),
-            (std::vector<unsigned char>{1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(bytesOf(out.memData()), (std::vector<unsigned char>{1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
   out.resetPos(13);
   ASSERT_EQ(out.memData().size(), 13);
   EXPECT_EQ(out.memData()[11] | out.memData()[12], 0) << "a size past the end reads as zeros";
@@ -306,6 +305,37 @@ TEST(DataStreamWrite, FileInAMissingFolderRoundTrips) {
   EXPECT_EQ(c, 7);
   EXPECT_FALSE(in.readUInt8(c));
   EXPECT_TRUE(in.isEnd());
+}
+
+TEST(DataStreamWrite, OwnedFileMatchesAByteModelAcrossSeeksAndLargeBlocks) {
+  TempDir dir;
+  const std::string path = dir.filePath("model.bin");
+  std::string model;
+  std::mt19937 rng(5);
+  {
+    tdatastreamWriter out(wide(path), false);
+    for (int step = 0; step < 400; ++step) {
+      const unsigned op = rng() % 8;
+      if (op == 0 && !model.empty()) {
+        const int p = static_cast<int>(rng() % model.size());
+        out.resetPos(p);
+        model.resize(static_cast<size_t>(p));  // the file keeps its longer tail; see below
+      } else if (op == 1) {
+        const std::string block = randomBytes(rng() % 140000 + 1, step);
+        ASSERT_EQ(out.writeData(block.data(), static_cast<int>(block.size())),
+                  static_cast<int>(block.size()));
+        model += block;
+      } else {
+        const unsigned int v = rng();
+        ASSERT_TRUE(out.writeUInt32(v));
+        for (int i = 0; i < 4; ++i) model.push_back(static_cast<char>(v >> (8 * i)));
+      }
+      ASSERT_EQ(out.pos(), static_cast<int>(model.size()));
+    }
+  }
+  const std::string written = dir.readFile("model.bin");
+  ASSERT_GE(written.size(), model.size());
+  EXPECT_TRUE(written.compare(0, model.size(), model) == 0);
 }
 
 TEST(DataStreamWrite, FileThatCannotBeOpenedWritesNothing) {
