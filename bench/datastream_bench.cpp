@@ -40,23 +40,32 @@ void setCounters(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * kRecords * kRecordBytes);
 }
 
-void readAll(tdatastream& in, benchmark::State& state) {
+// Reads every record with readRecord(a, b, c, e) (false on a short read), once per iteration,
+// after rewind().
+template <typename Rewind, typename ReadRecord>
+void readAll(benchmark::State& state, Rewind rewind, ReadRecord readRecord) {
   for (auto _ : state) {
-    in.resetPos(0);
+    rewind();
     unsigned long long sum = 0;
     unsigned char a;
     unsigned short b;
     unsigned int c;
     unsigned long long e;
     for (int i = 0; i < kRecords; ++i) {
-      if (!in.readUInt8(a) || !in.readUInt16(b) || !in.readUInt32(c) || !in.readUInt64(e)) {
-        std::abort();
-      }
+      if (!readRecord(a, b, c, e)) std::abort();
       sum += a + b + c + e;
     }
     benchmark::DoNotOptimize(sum);
   }
   setCounters(state);
+}
+
+void readAll(tdatastream& in, benchmark::State& state) {
+  readAll(
+      state, [&] { in.resetPos(0); },
+      [&](unsigned char& a, unsigned short& b, unsigned int& c, unsigned long long& e) {
+        return in.readUInt8(a) && in.readUInt16(b) && in.readUInt32(c) && in.readUInt64(e);
+      });
 }
 
 void BM_Read_StreamMemory(benchmark::State& state) {
@@ -76,23 +85,12 @@ void BM_Read_StreamFile(benchmark::State& state) {
 
 void BM_Read_Fread(benchmark::State& state) {
   std::FILE* f = fileWith(recordBytes());
-  for (auto _ : state) {
-    std::rewind(f);
-    unsigned long long sum = 0;
-    unsigned char a;
-    unsigned short b;
-    unsigned int c;
-    unsigned long long e;
-    for (int i = 0; i < kRecords; ++i) {
-      if (std::fread(&a, 1, 1, f) != 1 || std::fread(&b, 2, 1, f) != 1 ||
-          std::fread(&c, 4, 1, f) != 1 || std::fread(&e, 8, 1, f) != 1) {
-        std::abort();
-      }
-      sum += a + b + c + e;
-    }
-    benchmark::DoNotOptimize(sum);
-  }
-  setCounters(state);
+  readAll(
+      state, [&] { std::rewind(f); },
+      [&](unsigned char& a, unsigned short& b, unsigned int& c, unsigned long long& e) {
+        return std::fread(&a, 1, 1, f) == 1 && std::fread(&b, 2, 1, f) == 1 &&
+               std::fread(&c, 4, 1, f) == 1 && std::fread(&e, 8, 1, f) == 1;
+      });
   std::fclose(f);
 }
 

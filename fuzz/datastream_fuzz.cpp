@@ -16,38 +16,23 @@
 #include <climits>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/data/mdatastream.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class Input {
+class Input : public FuzzInput {
  public:
-  Input(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  bool done() const { return pos_ >= size_; }
-  unsigned char byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  using FuzzInput::FuzzInput;
   unsigned word() { return byte() | (static_cast<unsigned>(byte()) << 8); }
   unsigned long long wide() {
     unsigned long long v = 0;
     for (int i = 0; i < 8; ++i) v = (v << 8) | byte();
     return v;
   }
-
- private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t pos_ = 0;
 };
-
-// Stops the run at the first disagreement, naming the failed condition.
-#define check(condition)                                              \
-  do {                                                                \
-    if (!(condition)) {                                               \
-      fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-      abort();                                                        \
-    }                                                                 \
-  } while (0)
 
 unsigned long long modelValue(const Bytes& model, int at, int width) {
   unsigned long long v = 0;
@@ -97,7 +82,7 @@ void runReader(tdatastream& in, ReaderModel& m, Input& input) {
       case 0: {
         const int p = static_cast<int>(input.word() % (size + 64)) - 32;
         const bool accepted = m.memory ? p >= 0 && p < size : p >= 0;
-        check(in.resetPos(p) == accepted);
+        FUZZ_CHECK(in.resetPos(p) == accepted);
         if (accepted) m.at = p;
         break;
       }
@@ -105,9 +90,9 @@ void runReader(tdatastream& in, ReaderModel& m, Input& input) {
         const int width = 1 << (input.byte() % 4);
         unsigned long long v = 0;
         const bool ok = typedRead(in, width, v);
-        check(ok == (m.available() >= width));
+        FUZZ_CHECK(ok == (m.available() >= width));
         if (ok) {
-          check(v == modelValue(m.bytes, m.at, width));
+          FUZZ_CHECK(v == modelValue(m.bytes, m.at, width));
           m.at += width;
           m.read += width;
         }
@@ -118,8 +103,8 @@ void runReader(tdatastream& in, ReaderModel& m, Input& input) {
         const int n = static_cast<int>(input.word()) * (input.byte() % 4 + 1) - 8;
         const tbytesdata& got = in.readData(n);
         const int expected = n < 1 ? 0 : std::min(n, m.available());
-        check(got.size() == expected);
-        check(expected == 0 || memcmp(got.p(), m.bytes.data() + m.at, expected) == 0);
+        FUZZ_CHECK(got.size() == expected);
+        FUZZ_CHECK(expected == 0 || memcmp(got.p(), m.bytes.data() + m.at, expected) == 0);
         m.at += expected;
         m.read += expected;
         break;
@@ -133,8 +118,8 @@ void runReader(tdatastream& in, ReaderModel& m, Input& input) {
         m.read = 0;
         break;
     }
-    check(in.pos() == m.at);
-    if (m.memory) check(in.isEnd() == (m.at >= size));
+    FUZZ_CHECK(in.pos() == m.at);
+    if (m.memory) FUZZ_CHECK(in.isEnd() == (m.at >= size));
   }
 }
 
@@ -162,13 +147,13 @@ void runWriter(Input& input) {
           ok = out.writeUInt64(v);
           break;
       }
-      check(ok);
+      FUZZ_CHECK(ok);
       for (int i = 0; i < width; ++i) model.push_back(static_cast<unsigned char>(v >> (8 * i)));
     }
-    check(out.pos() == static_cast<int>(model.size()));
+    FUZZ_CHECK(out.pos() == static_cast<int>(model.size()));
     const tbytesdata& target = out.memData();
-    check(target.size() == static_cast<int>(model.size()));
-    check(model.empty() || memcmp(target.p(), model.data(), model.size()) == 0);
+    FUZZ_CHECK(target.size() == static_cast<int>(model.size()));
+    FUZZ_CHECK(model.empty() || memcmp(target.p(), model.data(), model.size()) == 0);
   }
 }
 
@@ -195,7 +180,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   big.resize(length);
   FILE* f = tmpfile();
   if (f == nullptr) return 0;
-  check(fwrite(big.data(), big.size(), 1, f) == 1);
+  FUZZ_CHECK(fwrite(big.data(), big.size(), 1, f) == 1);
   {
     ReaderModel m{big, false};
     tdatastream in(f, 0);

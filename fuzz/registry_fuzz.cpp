@@ -12,25 +12,16 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/utils/zeb_regkey.h"
 
 namespace {
 
-#define check(condition)                                              \
-  do {                                                                \
-    if (!(condition)) {                                               \
-      fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-      abort();                                                        \
-    }                                                                 \
-  } while (0)
-
 const zwchar_t* const kRoot = ZW("SOFTWARE\\zebworks\\fuzz");
 
-class Input {
+class Input : public FuzzInput {
  public:
-  Input(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  bool done() const { return pos_ >= size_; }
-  unsigned char byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  using FuzzInput::FuzzInput;
   // 1 to 8 units, never NUL; some ASCII letters so that case matters.
   std::u16string name() {
     const int n = byte() % 8 + 1;
@@ -49,11 +40,6 @@ class Input {
     for (size_t i = 0; i < n; ++i) s.push_back(static_cast<char>(byte()));
     return s;
   }
-
- private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t pos_ = 0;
 };
 
 std::u16string folded(const std::u16string& s) {
@@ -91,7 +77,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Input input(data, size);
   TRegKey key(HKEY_CURRENT_USER);
-  check(key.Create(kRoot) == ERROR_SUCCESS);
+  FUZZ_CHECK(key.Create(kRoot) == ERROR_SUCCESS);
   std::vector<Stored> model;
   std::vector<std::u16string> subkeys;
   while (!input.done() && model.size() < 32) {
@@ -101,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       const std::u16string path = std::u16string(kRoot) + u"\\" + name;
       const long status = sub.Create(path.c_str());
       // '\\' in a name makes a path; each of its parts is a key of its own.
-      check(status == ERROR_SUCCESS);
+      FUZZ_CHECK(status == ERROR_SUCCESS);
       if (name.find(u'\\') == std::u16string::npos) subkeys.push_back(folded(name));
       continue;
     }
@@ -110,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     unsigned char* p = reinterpret_cast<unsigned char*>(const_cast<char*>(bytes.data()));
     RegValue value(static_cast<unsigned long>(bytes.size()), p);
     value.getTypeWriter() = type;
-    check(key.SetValue(name.c_str(), value) == ERROR_SUCCESS);
+    FUZZ_CHECK(key.SetValue(name.c_str(), value) == ERROR_SUCCESS);
     Stored* slot = nullptr;
     for (Stored& s : model) {
       if (folded(s.name) == folded(name)) slot = &s;
@@ -124,8 +110,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   for (const Stored& s : model) {
     RegValue back;
-    check(key.QueryValue(folded(s.name).c_str(), back) == ERROR_SUCCESS);
-    check(same(back, s));
+    FUZZ_CHECK(key.QueryValue(folded(s.name).c_str(), back) == ERROR_SUCCESS);
+    FUZZ_CHECK(same(back, s));
   }
   for (unsigned long i = 0; i <= model.size(); ++i) {
     zwchar_t name[16];
@@ -133,17 +119,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     RegValue back;
     const long status = key.EnumValue(i, name, &length, back);
     if (i == model.size()) {
-      check(status == ERROR_NO_MORE_ITEMS);
+      FUZZ_CHECK(status == ERROR_NO_MORE_ITEMS);
       break;
     }
-    check(status == ERROR_SUCCESS);
-    check(std::u16string(name, length) == model[i].name);
-    check(same(back, model[i]));
+    FUZZ_CHECK(status == ERROR_SUCCESS);
+    FUZZ_CHECK(std::u16string(name, length) == model[i].name);
+    FUZZ_CHECK(same(back, model[i]));
   }
   for (const std::u16string& sub : subkeys) {
     TRegKey again(HKEY_CURRENT_USER);
-    check(again.Open((std::u16string(kRoot) + u"\\" + sub).c_str()) == ERROR_SUCCESS);
+    FUZZ_CHECK(again.Open((std::u16string(kRoot) + u"\\" + sub).c_str()) == ERROR_SUCCESS);
   }
-  check(key.DeleteTree() == ERROR_SUCCESS);
+  FUZZ_CHECK(key.DeleteTree() == ERROR_SUCCESS);
   return 0;
 }

@@ -129,6 +129,15 @@ struct tdatastream::State {
     return true;
   }
 
+  // readLittleEndian of the width of T, into `value` only on success.
+  template <typename T>
+  bool readUnsigned(T& value) {
+    unsigned long long v = 0;
+    if (!readLittleEndian<sizeof(T)>(v)) return false;
+    value = static_cast<T>(v);
+    return true;
+  }
+
   // Makes at least `width` unread bytes sit in the cache when the file holds them (the read limit
   // must allow `width` more bytes), moving the unread tail to the front before reading more.
   // Consumes nothing.
@@ -211,28 +220,19 @@ bool tdatastream::readData(int n, void* out) {
 }
 
 bool tdatastream::readUInt8(unsigned char& value) {
-  unsigned long long v;
-  if (!d->readLittleEndian<1>(v)) return false;
-  value = static_cast<unsigned char>(v);
-  return true;
+  return d->readUnsigned(value);
 }
 
 bool tdatastream::readUInt16(unsigned short& value) {
-  unsigned long long v;
-  if (!d->readLittleEndian<2>(v)) return false;
-  value = static_cast<unsigned short>(v);
-  return true;
+  return d->readUnsigned(value);
 }
 
 bool tdatastream::readUInt32(unsigned int& value) {
-  unsigned long long v;
-  if (!d->readLittleEndian<4>(v)) return false;
-  value = static_cast<unsigned int>(v);
-  return true;
+  return d->readUnsigned(value);
 }
 
 bool tdatastream::readUInt64(unsigned long long& value) {
-  return d->readLittleEndian<8>(value);
+  return d->readUnsigned(value);
 }
 
 tbytesdata tdatastream::readAllData() {

@@ -77,8 +77,8 @@ const char* const kStatementText[kStatementCount] = {
     "INSERT INTO keys(parent, fold, name) VALUES(?1, ?2, ?3)",
     "SELECT 1 FROM keys WHERE id = ?1",
     "SELECT type, data FROM vals WHERE key = ?1 AND fold = ?2",
-    "INSERT INTO vals(key, fold, name, type, data) VALUES(?1, ?2, ?3, ?4, ?5)"
-    " ON CONFLICT(key, fold) DO UPDATE SET type = excluded.type, data = excluded.data",
+    ("INSERT INTO vals(key, fold, name, type, data) VALUES(?1, ?2, ?3, ?4, ?5)"
+     " ON CONFLICT(key, fold) DO UPDATE SET type = excluded.type, data = excluded.data"),
     "DELETE FROM vals WHERE key = ?1 AND fold = ?2",
     "SELECT name FROM keys WHERE parent = ?1 ORDER BY fold LIMIT 1 OFFSET ?2",
     "SELECT name, type, data FROM vals WHERE key = ?1 ORDER BY seq LIMIT 1 OFFSET ?2",
@@ -201,6 +201,8 @@ class Database {
   }
 
   std::mutex& mutex() { return mutex_; }
+  // Rows changed by the last statement.
+  int changes() const { return sqlite3_changes(db_); }
   Use use(Statement which) { return Use(statements_[which]); }
 
   // Runs `body` in one immediate transaction: committed when it returns ERROR_SUCCESS, rolled
@@ -401,27 +403,51 @@ HKEY newHandle(const Target& target, sqlite3_int64 id) {
   return reinterpret_cast<HKEY>(handle);
 }
 
+// Runs body(db, id) for the database and key that `key` names, under the database's lock.
+template <typename Body>
+LONG onKey(HKEY key, Body body) {
+  Target target;
+  const LONG status = resolve(key, target);
+  if (status != ERROR_SUCCESS) return status;
+  std::lock_guard<std::mutex> guard(target.db->mutex());
+  return body(*target.db, target.id);
+}
+
+// As onKey, inside one write transaction, once the key is known to still exist.
+template <typename Body>
+LONG writeOnKey(HKEY key, Body body) {
+  return onKey(key, [&](Database& db, sqlite3_int64 id) {
+    return db.write([&]() -> LONG {
+      const LONG status = db.keyExists(id);
+      return status == ERROR_SUCCESS ? body(db, id) : status;
+    });
+  });
+}
+
+// Finds the key `parts` names under key *id (creating missing ones with `create`); *id becomes it.
+LONG walkPath(Database& db, const std::vector<Name>& parts, bool create, sqlite3_int64* id) {
+  LONG status = db.keyExists(*id);
+  for (size_t i = 0; i < parts.size() && status == ERROR_SUCCESS; ++i) {
+    status = db.findKey(*id, parts[i], id);
+    if (status == ERROR_FILE_NOT_FOUND && create) status = db.insertKey(*id, parts[i], id);
+  }
+  return status;
+}
+
 LONG openOrCreate(HKEY parent, const zwchar_t* path, HKEY* out, bool create) {
   if (out == nullptr) return ERROR_INVALID_PARAMETER;
   *out = nullptr;
-  Target target;
-  LONG status = resolve(parent, target);
-  if (status != ERROR_SUCCESS) return status;
   const std::vector<Name> parts = splitPath(path);
+  Target target;
+  const LONG status = resolve(parent, target);
+  if (status != ERROR_SUCCESS) return status;
   sqlite3_int64 id = target.id;
   Database& db = *target.db;
   std::lock_guard<std::mutex> guard(db.mutex());
-  auto walk = [&]() -> LONG {
-    LONG st = db.keyExists(id);
-    for (size_t i = 0; i < parts.size() && st == ERROR_SUCCESS; ++i) {
-      st = db.findKey(id, parts[i], &id);
-      if (st == ERROR_FILE_NOT_FOUND && create) st = db.insertKey(id, parts[i], &id);
-    }
-    return st;
-  };
-  status = create ? db.write(walk) : walk();
-  if (status == ERROR_SUCCESS) *out = newHandle(target, id);
-  return status;
+  auto walk = [&]() { return walkPath(db, parts, create, &id); };
+  const LONG result = create ? db.write(walk) : walk();
+  if (result == ERROR_SUCCESS) *out = newHandle(target, id);
+  return result;
 }
 
 // Copies a stored name into a caller's buffer of *nameLen units (Win32 enumeration rules).
@@ -460,25 +486,16 @@ LONG missingRow(Database& db, sqlite3_int64 id, int rc, LONG notFound) {
 LONG deleteSubkey(HKEY parent, const zwchar_t* path, bool recursive) {
   const std::vector<Name> parts = splitPath(path);
   if (parts.empty()) return ERROR_ACCESS_DENIED;
-  Target target;
-  LONG status = resolve(parent, target);
-  if (status != ERROR_SUCCESS) return status;
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  return db.write([&]() -> LONG {
-    sqlite3_int64 id = target.id;
-    LONG st = db.keyExists(id);
-    for (size_t i = 0; i < parts.size() && st == ERROR_SUCCESS; ++i) {
-      st = db.findKey(id, parts[i], &id);
-    }
-    if (st != ERROR_SUCCESS) return st;
-    if (!recursive) {
+  return onKey(parent, [&](Database& db, sqlite3_int64 parentId) {
+    return db.write([&]() -> LONG {
+      sqlite3_int64 id = parentId;
+      LONG status = walkPath(db, parts, false, &id);
       DWORD subKeys = 0;
-      st = db.count(kCountKeys, id, &subKeys);
-      if (st != ERROR_SUCCESS) return st;
+      if (status == ERROR_SUCCESS && !recursive) status = db.count(kCountKeys, id, &subKeys);
+      if (status != ERROR_SUCCESS) return status;
       if (subKeys > 0) return ERROR_ACCESS_DENIED;
-    }
-    return db.deleteKey(id, recursive);
+      return db.deleteKey(id, recursive);
+    });
   });
 }
 
@@ -517,34 +534,23 @@ LONG regDeleteTree(HKEY parent, const zwchar_t* path) {
 }
 
 LONG regQueryValue(HKEY key, const zwchar_t* name, DWORD* type, BYTE* data, DWORD* size) {
-  Target target;
-  const LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
   const Name valueName(name, unitCount(name));
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  Use s = db.use(kQueryValue);
-  s.bind(1, target.id);
-  s.bind(2, valueName.fold);
-  const int rc = s.step();
-  if (rc == SQLITE_ROW) return copyData(s, 0, type, data, size);
-  return missingRow(db, target.id, rc, ERROR_FILE_NOT_FOUND);
+  return onKey(key, [&](Database& db, sqlite3_int64 id) {
+    Use s = db.use(kQueryValue);
+    s.bind(1, id);
+    s.bind(2, valueName.fold);
+    const int rc = s.step();
+    if (rc == SQLITE_ROW) return copyData(s, 0, type, data, size);
+    return missingRow(db, id, rc, ERROR_FILE_NOT_FOUND);
+  });
 }
 
 LONG regSetValue(HKEY key, const zwchar_t* name, DWORD type, const BYTE* data, DWORD size) {
-  if (data == nullptr && size > 0) return ERROR_INVALID_PARAMETER;
-  if (size > 0x7FFFFFFF) return ERROR_INVALID_PARAMETER;
-  Target target;
-  const LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
+  if ((data == nullptr && size > 0) || size > 0x7FFFFFFF) return ERROR_INVALID_PARAMETER;
   const Name valueName(name, unitCount(name));
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  return db.write([&]() -> LONG {
-    LONG st = db.keyExists(target.id);
-    if (st != ERROR_SUCCESS) return st;
+  return writeOnKey(key, [&](Database& db, sqlite3_int64 id) {
     Use s = db.use(kSetValue);
-    s.bind(1, target.id);
+    s.bind(1, id);
     s.bind(2, valueName.fold);
     s.bind(3, valueName.units);
     s.bind(4, static_cast<sqlite3_int64>(type));
@@ -555,66 +561,61 @@ LONG regSetValue(HKEY key, const zwchar_t* name, DWORD type, const BYTE* data, D
 }
 
 LONG regDeleteValue(HKEY key, const zwchar_t* name) {
-  Target target;
-  const LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
   const Name valueName(name, unitCount(name));
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  return db.write([&]() -> LONG {
-    LONG st = db.keyExists(target.id);
-    if (st != ERROR_SUCCESS) return st;
+  return writeOnKey(key, [&](Database& db, sqlite3_int64 id) -> LONG {
     Use s = db.use(kDeleteValue);
-    s.bind(1, target.id);
+    s.bind(1, id);
     s.bind(2, valueName.fold);
     const int rc = s.step();
     if (rc != SQLITE_DONE) return statusOf(rc);
-    return sqlite3_changes(sqlite3_db_handle(s)) > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    return db.changes() > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+  });
+}
+
+// The row `index` of an enumeration statement over key `id`, handed to `found`.
+template <typename Found>
+LONG enumerate(HKEY key, Statement which, DWORD index, Found found) {
+  return onKey(key, [&](Database& db, sqlite3_int64 id) {
+    Use s = db.use(which);
+    s.bind(1, id);
+    s.bind(2, static_cast<sqlite3_int64>(index));
+    const int rc = s.step();
+    if (rc != SQLITE_ROW) return missingRow(db, id, rc, ERROR_NO_MORE_ITEMS);
+    const LONG named =
+        copyName(sqlite3_column_blob(s, 0), sqlite3_column_bytes(s, 0), found.name, found.nameLen);
+    return named == ERROR_SUCCESS ? found(s) : named;
   });
 }
 
 LONG regEnumKey(HKEY key, DWORD index, zwchar_t* name, DWORD* nameLen) {
-  Target target;
-  const LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  Use s = db.use(kEnumKey);
-  s.bind(1, target.id);
-  s.bind(2, static_cast<sqlite3_int64>(index));
-  const int rc = s.step();
-  if (rc == SQLITE_ROW)
-    return copyName(sqlite3_column_blob(s, 0), sqlite3_column_bytes(s, 0), name, nameLen);
-  return missingRow(db, target.id, rc, ERROR_NO_MORE_ITEMS);
+  struct {
+    zwchar_t* name;
+    DWORD* nameLen;
+    LONG operator()(sqlite3_stmt*) const { return ERROR_SUCCESS; }
+  } found{name, nameLen};
+  return enumerate(key, kEnumKey, index, found);
 }
 
 LONG regEnumValue(HKEY key, DWORD index, zwchar_t* name, DWORD* nameLen, DWORD* type, BYTE* data,
                   DWORD* size) {
-  Target target;
-  const LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  Use s = db.use(kEnumValue);
-  s.bind(1, target.id);
-  s.bind(2, static_cast<sqlite3_int64>(index));
-  const int rc = s.step();
-  if (rc != SQLITE_ROW) return missingRow(db, target.id, rc, ERROR_NO_MORE_ITEMS);
-  const LONG named = copyName(sqlite3_column_blob(s, 0), sqlite3_column_bytes(s, 0), name, nameLen);
-  if (named != ERROR_SUCCESS) return named;
-  return copyData(s, 1, type, data, size);
+  struct {
+    zwchar_t* name;
+    DWORD* nameLen;
+    DWORD* type;
+    BYTE* data;
+    DWORD* size;
+    LONG operator()(sqlite3_stmt* s) const { return copyData(s, 1, type, data, size); }
+  } found{name, nameLen, type, data, size};
+  return enumerate(key, kEnumValue, index, found);
 }
 
 LONG regQueryInfoKey(HKEY key, DWORD* subKeys, DWORD* values) {
-  Target target;
-  LONG status = resolve(key, target);
-  if (status != ERROR_SUCCESS) return status;
-  Database& db = *target.db;
-  std::lock_guard<std::mutex> guard(db.mutex());
-  status = db.keyExists(target.id);
-  if (status == ERROR_SUCCESS) status = db.count(kCountKeys, target.id, subKeys);
-  if (status == ERROR_SUCCESS) status = db.count(kCountValues, target.id, values);
-  return status;
+  return onKey(key, [&](Database& db, sqlite3_int64 id) {
+    LONG status = db.keyExists(id);
+    if (status == ERROR_SUCCESS) status = db.count(kCountKeys, id, subKeys);
+    if (status == ERROR_SUCCESS) status = db.count(kCountValues, id, values);
+    return status;
+  });
 }
 
 }  // namespace platform
