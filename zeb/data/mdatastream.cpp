@@ -204,6 +204,9 @@ tdatastream::~tdatastream() {
 const tbytesdata& tdatastream::readData(int n) {
   tbytesdata& result = d->lastResult;
   result.setDataSize(0);
+  // No block larger than the bytes that can be delivered: a huge n at the end allocates nothing.
+  n = std::min(n, d->allowance());
+  if (d->type == memory) n = std::min(n, d->memSize - d->position);
   if (n < 1) return result;
   if (result.dataCapacity() < n) result.resetCapacity(n);
   if (result.dataCapacity() < n) return result;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -55,6 +56,9 @@ TEST(DataStreamRead, ThreeBytesTypedReadsAndTheRefusedEnd) {
   EXPECT_FALSE(in.resetPos(-1));
   EXPECT_TRUE(in.resetPos(2));
   EXPECT_EQ(in.readData(10).size(), 1);
+  EXPECT_EQ(in.readData(INT_MAX).size(), 0) << "and allocates nothing for it";
+  EXPECT_TRUE(in.resetPos(0));
+  EXPECT_EQ(in.readData(INT_MAX).size(), 3);
 }
 
 TEST(DataStreamRead, ReadLimitCapsAllReadsUntilReset) {

@@ -4,12 +4,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "testing/temp_dir.h"
@@ -340,6 +342,37 @@ TEST_F(Registry, EightProcessesWritingAtOnceLoseNothing) {
   EXPECT_EQ(key.EnumValue(kProcesses * kValues - 1, name, &length, value), ERROR_SUCCESS);
   length = 16;
   EXPECT_EQ(key.EnumValue(kProcesses * kValues, name, &length, value), ERROR_NO_MORE_ITEMS);
+}
+
+TEST_F(Registry, ThreadsShareTheStoreOfTheirProcess) {
+  constexpr int kThreads = 4;
+  constexpr int kValues = 300;
+  std::vector<std::thread> threads;
+  std::atomic<int> failures{0};
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([t, &failures] {
+      TRegKey key(HKEY_CURRENT_USER);
+      if (key.Create(kApp) != ERROR_SUCCESS) ++failures;
+      for (int i = 0; i < kValues; ++i) {
+        const std::u16string name = u"t" + std::u16string(1, static_cast<char16_t>(u'0' + t)) +
+                                    std::u16string(1, static_cast<char16_t>(0x100 + i));
+        const RegValue value(static_cast<unsigned long>(t * kValues + i));
+        RegValue back;
+        if (key.SetValue(name.c_str(), value) != ERROR_SUCCESS ||
+            key.QueryValue(name.c_str(), back) != ERROR_SUCCESS || !(back == value)) {
+          ++failures;
+        }
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(failures.load(), 0);
+  TRegKey key(HKEY_CURRENT_USER);
+  ASSERT_EQ(key.Open(kApp), ERROR_SUCCESS);
+  zwchar_t name[8];
+  unsigned long length = 8;
+  RegValue last;
+  EXPECT_EQ(key.EnumValue(kThreads * kValues - 1, name, &length, last), ERROR_SUCCESS);
 }
 
 // ---- damaged stores ----------------------------------------------------------------------------
