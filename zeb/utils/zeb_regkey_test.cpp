@@ -14,7 +14,9 @@
 #include <thread>
 #include <vector>
 
+#include "testing/log_capture.h"
 #include "testing/temp_dir.h"
+#include "zeb/log/zeb_log.h"
 
 using zeb::testing::TempDir;
 
@@ -121,6 +123,21 @@ TEST(RegValueTest, DefaultedReaders) {
   RegValue raw(3ul, odd);
   raw.getTypeWriter() = REG_SZ;
   EXPECT_EQ(text(static_cast<const zwchar_t*>(raw)), u"ab") << "an odd tail still ends";
+}
+
+TEST_F(Registry, FailedChecksLogTheSourceAndLine) {
+  zeb::testing::LogCapture log(MLOG_ERROR);
+  EXPECT_EQ(static_cast<unsigned long>(RegValue(ZW("x"))), 0ul);
+  EXPECT_EQ(static_cast<unsigned long long>(RegValue(1ul)), 0ull);
+  EXPECT_EQ(RegValue(ZW("x")).asInt32Def(4), 4);
+  EXPECT_EQ(RegValue().asInt32Def(4), 4) << "a missing value is no error";
+  EXPECT_EQ(text(RegValue(1ul).at(0)), u"");
+  EXPECT_EQ(TRegKey(HKEY_CURRENT_USER).Delete(), ERROR_ACCESS_DENIED);
+  const std::vector<std::string> messages = log.messages();
+  ASSERT_EQ(messages.size(), 5u);
+  for (const std::string& message : messages) {
+    EXPECT_EQ(message.rfind("Error:FileName:utils/zeb_regkey Line:", 0), 0u) << message;
+  }
 }
 
 // ---- keys and values ---------------------------------------------------------------------------
