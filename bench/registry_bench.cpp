@@ -39,14 +39,12 @@ std::vector<std::u16string> names() {
   return all;
 }
 
-// The registry in a temporary folder for the whole program.
+// The registry in a temporary folder for the whole program, removed at exit.
 const zeb::testing::TempDir& folder() {
-  static zeb::testing::TempDir* dir = [] {
-    auto* d = new zeb::testing::TempDir;
-    setenv("ZEB_REGISTRY_DIR", d->path().c_str(), 1);
-    return d;
-  }();
-  return *dir;
+  static const zeb::testing::TempDir dir;
+  static const bool pointed = setenv("ZEB_REGISTRY_DIR", dir.path().c_str(), 1) == 0;
+  (void)pointed;
+  return dir;
 }
 
 void writeThroughKey(int count, int offset) {

@@ -9,6 +9,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   static char folder[] = "/tmp/zeb_registry_fuzz_XXXXXX";
   if (mkdtemp(folder) == nullptr) abort();
   setenv("ZEB_REGISTRY_DIR", folder, 1);
+  atexit([] { std::filesystem::remove_all(folder); });
   // The store stays open while a handle does: keep one, so inputs do not reopen it each time.
   static TRegKey software(HKEY_CURRENT_USER);
   if (software.Create(ZW("SOFTWARE")) != ERROR_SUCCESS) abort();
