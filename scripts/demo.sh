@@ -35,3 +35,7 @@ echo "== zeb_dates: today in every text style"
 echo
 echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
 "$build/examples/zeb_lunar"
+echo "== zeb_settings: settings kept in the registry ($build/registry/user.db), run twice"
+rm -rf "$build/registry"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"

@@ -4,6 +4,7 @@ zeb_debian_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libxxhash-dev libicu-dev libspdlog-dev libglib2.0-dev
   libcsv-dev libinih-dev libsimpleini-dev
   zlib1g-dev libdeflate-dev libssl-dev libmodpbase64-dev
+  libsqlite3-dev
 )
 
 zeb_install_missing_packages() {

@@ -5,6 +5,7 @@
 #include "zeb/zeb_api.h"
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/binary_hex.h"
+#include "zeb/data/mdatastream.h"
 #include "zeb/data/tbase64codec.h"
 #include "zeb/data/tbytesdata.h"
 #include "zeb/data/tqpcodec.h"
@@ -29,5 +30,6 @@
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/TIniFile.h"
 #include "zeb/utils/mfile.h"
+#include "zeb/utils/zeb_regkey.h"
 
 #endif  // ZEB_ZEB_COMMON_H
