@@ -29,3 +29,17 @@ grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+zeb="$build/tools/zeb/zeb"
+echo "== zeb, the command-line tool"
+echo "-- zeb convert: the GB18030 poem as UTF-8, as iconv would convert it"
+"$zeb" convert -f GB18030 -t UTF-8 "$root/examples/data/jingyesi.gb18030.txt"
+echo "-- zeb hash: the 64-bit hashes of the example data, in the layout of md5sum"
+"$zeb" hash --hash64 "$root"/examples/data/*
+echo "-- zeb grep: the lines of README.md that match '*zeb_common*'"
+"$zeb" grep '*zeb_common*' "$root/README.md"
+echo "-- zeb date: a leap day in every text style"
+"$zeb" date 2024-02-29
+echo "-- zeb log level: a log folder set to debug through its marker file, then read back"
+"$zeb" log level "$logs/tool" debug
+"$zeb" log level "$logs/tool"
