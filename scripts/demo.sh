@@ -27,6 +27,9 @@ echo "== zeb_tasks: a task on a task thread reads README.md, converts it and log
 "$build/examples/zeb_tasks" "$root/README.md" "$logs/tasks"
 grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
+echo "== zeb_table: a GB18030 CSV file read on a task thread, printed as UTF-8 with INI settings"
+"$build/examples/zeb_table" "$root/examples/data/contacts.gb18030.csv" "$root/examples/data/table.ini"
+echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
 echo
@@ -43,3 +46,5 @@ echo "-- zeb date: a leap day in every text style"
 echo "-- zeb log level: a log folder set to debug through its marker file, then read back"
 "$zeb" log level "$logs/tool" debug
 "$zeb" log level "$logs/tool"
+echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
+"$build/examples/zeb_lunar"
