@@ -33,6 +33,9 @@ echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
 echo
+echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
+"$build/examples/zeb_lunar"
+echo
 zeb="$build/tools/zeb/zeb"
 echo "== zeb, the command-line tool"
 echo "-- zeb convert: the GB18030 poem as UTF-8, as iconv would convert it"
@@ -46,5 +49,3 @@ echo "-- zeb date: a leap day in every text style"
 echo "-- zeb log level: a log folder set to debug through its marker file, then read back"
 "$zeb" log level "$logs/tool" debug
 "$zeb" log level "$logs/tool"
-echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
-"$build/examples/zeb_lunar"

@@ -1,5 +1,5 @@
 // zeb: the command line of the zeb_common library. One subcommand per job: charset conversion,
-// hashes, wildcard search, dates, log folder levels, ...
+// hashes, Base64 and quoted-printable, wildcard search, dates, log folder levels, ...
 //
 //   zeb --help
 //   zeb convert -f GB18030 -t UTF-8 poem.txt
@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
   zebtool::ToolRun run;
   zebtool::addConvertCommand(app, run);
   zebtool::addHashCommand(app, run);
+  zebtool::addCodecCommands(app, run);
   zebtool::addGrepCommand(app, run);
   zebtool::addDateCommand(app, run);
   zebtool::addLogCommand(app, run);

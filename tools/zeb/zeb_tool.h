@@ -41,6 +41,7 @@ bool writeOutput(const std::string& bytes);
 // The subcommands.
 void addConvertCommand(CLI::App& app, ToolRun& run);
 void addHashCommand(CLI::App& app, ToolRun& run);
+void addCodecCommands(CLI::App& app, ToolRun& run);
 void addGrepCommand(CLI::App& app, ToolRun& run);
 void addDateCommand(CLI::App& app, ToolRun& run);
 void addLogCommand(CLI::App& app, ToolRun& run);

@@ -55,7 +55,7 @@ TEST(ToolConventions, HelpVersionAndUsageErrors) {
   Tool zeb;
   const ToolResult help = zeb({"--help"});
   EXPECT_EQ(help.status, 0);
-  for (const char* command : {"convert", "hash", "grep", "date", "log"}) {
+  for (const char* command : {"convert", "hash", "base64", "qp", "grep", "date", "log"}) {
     EXPECT_NE(help.out.find(command), std::string::npos) << command;
   }
   EXPECT_EQ(zeb({"convert", "--help"}).status, 0);
@@ -122,7 +122,31 @@ TEST(ToolHash, PrintsOneLinePerInputLikeMd5sum) {
   EXPECT_EQ(run.out.substr(firstEnd + 1), first.substr(0, 8) + "  -\n") << "same bytes, same hash";
   const ToolResult wide = zeb({"hash", "--hash64"}, "hello");
   EXPECT_EQ(wide.out.size(), 16 + 3 + 1u);
-  EXPECT_EQ(zeb({"hash", zeb.path("missing")}).status, 1);
+  EXPECT_EQ(zeb({"hash"}, "hello").out, "5d41402abc4b2a76b9719d911017c592  -\n") << "MD5";
+  EXPECT_EQ(zeb({"hash", "--crc32"}, "123456789").out, "cbf43926  -\n");
+  const ToolResult missing = zeb({"hash", zeb.path("missing")});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.err.find("missing"), std::string::npos);
+}
+
+TEST(ToolCodecs, EncodeAndDecodeRoundTrip) {
+  Tool zeb;
+  EXPECT_EQ(zeb({"base64"}, "hello").out, "aGVsbG8=\n");
+  EXPECT_EQ(zeb({"base64", "-d"}, "aGVsbG8=\n").out, "hello");
+  EXPECT_EQ(zeb({"qp"}, "a=b c").out, "a=3Db=20c\n");
+  EXPECT_EQ(zeb({"qp", "-d"}, "a_b").out, "a b") << "'_' is a space, as in headers";
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) {
+    if (i != '_') bytes += static_cast<char>(i);
+  }
+  bytes += bytes;
+  zeb.dir().writeFile("bytes.bin", bytes);
+  for (const char* codec : {"base64", "qp"}) {
+    SCOPED_TRACE(codec);
+    const ToolResult encoded = zeb({codec, zeb.path("bytes.bin")});
+    ASSERT_EQ(encoded.status, 0);
+    EXPECT_EQ(zeb({codec, "-d"}, encoded.out).out, bytes);
+  }
 }
 
 TEST(ToolGrep, WholeLineWildcardMatchesWithFileNamesForSeveralInputs) {
