@@ -1,7 +1,5 @@
 // convert_command.cpp: `zeb convert -f FROM -t TO [FILE...]`, charset conversion in the manner
 // of iconv, and `zeb convert --list`, the table of charsets by MIB number.
-#include <cctype>
-#include <climits>
 #include <cstdio>
 #include <memory>
 
@@ -21,46 +19,6 @@ struct ConvertOptions {
 
 // The largest MIB number the library's table can name.
 const int kLastMib = 2259;
-
-bool isNumber(const std::string& text) {
-  if (text.empty()) return false;
-  for (const char c : text) {
-    if (!std::isdigit(static_cast<unsigned char>(c))) return false;
-  }
-  return true;
-}
-
-// `text` converted, or false. Room for the widest result: four bytes out per byte in.
-bool convertText(const std::string& to, const std::string& from, const std::string& text,
-                 std::string& converted) {
-  converted.clear();
-  if (text.empty()) return true;
-  if (text.size() > (INT_MAX - 4) / 4) return false;
-  std::string out(4 * text.size() + 4, '\0');
-  const int written = AnyToAny(to.c_str(), from.c_str(), &out[0], static_cast<int>(out.size()),
-                               text.data(), static_cast<int>(text.size()));
-  if (written <= 0) return false;
-  converted.assign(out, 0, static_cast<size_t>(written));
-  return true;
-}
-
-// The charset a FROM or TO argument names: a name as it stands, or a MIB number through the
-// library's table. Empty, with the error reported, when the library cannot convert it both ways.
-std::string charsetOf(const std::string& argument) {
-  std::string name = argument;
-  if (isNumber(argument)) {
-    const char* named = MIBCharsetValueToName(std::atoi(argument.c_str()));
-    name = named != nullptr ? named : "";
-  }
-  std::string encoded;
-  std::string back;
-  if (name.empty() || !convertText(name, "UTF-8", "a", encoded) ||
-      !convertText("UTF-8", name, encoded, back)) {
-    reportError("unknown charset: " + argument);
-    return "";
-  }
-  return name;
-}
 
 int listCharsets() {
   std::string table;

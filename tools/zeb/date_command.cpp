@@ -17,24 +17,6 @@ struct DateOptions {
 
 const int kLastDateTimeStyle = 8;
 
-// DATE as YYYY-MM-DD, or the current local time when `text` is empty. False for anything else.
-bool dateOf(const std::string& text, TDateTime& date) {
-  if (text.empty()) {
-    date.loadcurrentlocal();
-    return true;
-  }
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int used = 0;
-  if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &used) != 3 ||
-      used != static_cast<int>(text.size()) || !GDateIsValid(year, month, day)) {
-    return false;
-  }
-  date = TDateTime(year, month, day, 0, 0, 0, 0);
-  return true;
-}
-
 std::string everyStyle(const TDateTime& date) {
   std::string lines;
   for (int style = 0; style <= kLastDateTimeStyle; ++style) {
@@ -50,7 +32,7 @@ std::string everyStyle(const TDateTime& date) {
 
 int runDate(const DateOptions& options) {
   TDateTime date;
-  if (!dateOf(options.date, date)) {
+  if (!parseDateArgument(options.date, date)) {
     throw CLI::ValidationError("DATE", "'" + options.date + "' is not a date as YYYY-MM-DD");
   }
   const std::string text = options.style < 0

@@ -1,5 +1,6 @@
 // zeb: the command line of the zeb_common library. One subcommand per job: charset conversion,
-// hashes, Base64 and quoted-printable, wildcard search, dates, log folder levels, ...
+// hashes, Base64 and quoted-printable, wildcard search, dates and the lunar calendar, CSV and INI
+// files, string similarity, log folder levels.
 //
 //   zeb --help
 //   zeb convert -f GB18030 -t UTF-8 poem.txt
@@ -20,6 +21,10 @@ int main(int argc, char** argv) {
   zebtool::addCodecCommands(app, run);
   zebtool::addGrepCommand(app, run);
   zebtool::addDateCommand(app, run);
+  zebtool::addLunarCommand(app, run);
+  zebtool::addCsvCommand(app, run);
+  zebtool::addIniCommand(app, run);
+  zebtool::addSimilarCommand(app, run);
   zebtool::addLogCommand(app, run);
   try {
     app.parse(argc, argv);

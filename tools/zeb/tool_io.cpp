@@ -1,5 +1,8 @@
 // tool_io.cpp: reading inputs and writing results for the subcommands of `zeb`.
+#include <cctype>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <iterator>
 
@@ -38,6 +41,14 @@ bool readFile(const std::string& path, std::string& content) {
   return true;
 }
 
+bool isNumber(const std::string& text) {
+  if (text.empty()) return false;
+  for (const char c : text) {
+    if (!std::isdigit(static_cast<unsigned char>(c))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 void reportError(const std::string& message) {
@@ -59,6 +70,52 @@ bool writeOutput(const std::string& bytes) {
   }
   reportError("cannot write the output");
   return false;
+}
+
+bool convertText(const std::string& to, const std::string& from, const std::string& text,
+                 std::string& converted) {
+  converted.clear();
+  if (text.empty()) return true;
+  if (text.size() > (INT_MAX - 4) / 4) return false;
+  std::string out(4 * text.size() + 4, '\0');
+  const int written = AnyToAny(to.c_str(), from.c_str(), &out[0], static_cast<int>(out.size()),
+                               text.data(), static_cast<int>(text.size()));
+  if (written <= 0) return false;
+  converted.assign(out, 0, static_cast<size_t>(written));
+  return true;
+}
+
+std::string charsetOf(const std::string& argument) {
+  std::string name = argument;
+  if (isNumber(argument)) {
+    const char* named = MIBCharsetValueToName(std::atoi(argument.c_str()));
+    name = named != nullptr ? named : "";
+  }
+  std::string encoded;
+  std::string back;
+  if (name.empty() || !convertText(name, "UTF-8", "a", encoded) ||
+      !convertText("UTF-8", name, encoded, back)) {
+    reportError("unknown charset: " + argument);
+    return "";
+  }
+  return name;
+}
+
+bool parseDateArgument(const std::string& text, TDateTime& date) {
+  if (text.empty()) {
+    date.loadcurrentlocal();
+    return true;
+  }
+  int year = 0;
+  int month = 0;
+  int day = 0;
+  int used = 0;
+  if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &used) != 3 ||
+      used != static_cast<int>(text.size()) || !GDateIsValid(year, month, day)) {
+    return false;
+  }
+  date = TDateTime(year, month, day, 0, 0, 0, 0);
+  return true;
 }
 
 }  // namespace zebtool

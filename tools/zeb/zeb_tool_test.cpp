@@ -55,7 +55,8 @@ TEST(ToolConventions, HelpVersionAndUsageErrors) {
   Tool zeb;
   const ToolResult help = zeb({"--help"});
   EXPECT_EQ(help.status, 0);
-  for (const char* command : {"convert", "hash", "base64", "qp", "grep", "date", "log"}) {
+  for (const char* command : {"convert", "hash", "base64", "qp", "grep", "date", "lunar", "csv",
+                              "ini", "similar", "log"}) {
     EXPECT_NE(help.out.find(command), std::string::npos) << command;
   }
   EXPECT_EQ(zeb({"convert", "--help"}).status, 0);
@@ -171,6 +172,59 @@ TEST(ToolDate, EveryStyleOrOne) {
   EXPECT_EQ(zeb({"date", "2024-02-29", "--style", "0"}).out, "2024-02-29 00:00:00\n");
   EXPECT_EQ(zeb({"date"}).status, 0);
   EXPECT_EQ(zeb({"date", "2024-02-29", "--style", "99"}).status, 2);
+}
+
+TEST(ToolLunar, LunarDateYearAndSolarTermsInUtf8) {
+  Tool zeb;
+  const ToolResult run = zeb({"lunar", "2023-03-22"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("lunar: 2023 \xE6\xB6\xA6\xE4\xBA\x8C\xE6\x9C\x88\xE5\x88\x9D\xE4\xB8\x80\n"),
+            std::string::npos)
+      << run.out;  // the first day of the leap second month
+  EXPECT_NE(run.out.find("  2023-01-05 \xE5\xB0\x8F\xE5\xAF\x92\n"), std::string::npos);
+  EXPECT_EQ(zeb({"lunar", "1800-01-01"}).status, 1);
+}
+
+TEST(ToolCsv, RecordsAsTsvOrJsonInUtf8) {
+  Tool zeb;
+  zeb.dir().writeFile("t.csv", "name,note\r\n\"Li, Lei\",\"say \"\"hi\"\"\ttab\"\r\n\xD6\xD0\r\n");
+  const ToolResult tsv = zeb({"csv", zeb.path("t.csv"), "--charset", "GB18030"});
+  ASSERT_EQ(tsv.status, 0) << tsv.err;
+  EXPECT_EQ(tsv.out, "name\tnote\nLi, Lei\tsay \"hi\"\\ttab\n\xE4\xB8\xAD\n");
+  const ToolResult json = zeb({"csv", zeb.path("t.csv"), "--json", "--charset", "GB18030"});
+  EXPECT_EQ(json.out, "[\"name\",\"note\"]\n[\"Li, Lei\",\"say \\\"hi\\\"\\u0009tab\"]\n"
+                      "[\"\xE4\xB8\xAD\"]\n");
+  const ToolResult invalid = zeb({"csv", zeb.path("t.csv")});
+  EXPECT_EQ(invalid.status, 1) << "GB18030 bytes are not UTF-8";
+  EXPECT_EQ(invalid.out, "");
+}
+
+TEST(ToolIni, SetGetDeleteAndListKeepComments) {
+  Tool zeb;
+  zeb.dir().writeFile("a.ini", "; settings\n[window]\n# pixels\nwidth=800\n");
+  const std::string ini = zeb.path("a.ini");
+  EXPECT_EQ(zeb({"ini", "set", ini, "window", "width", "1024"}).status, 0);
+  EXPECT_EQ(zeb({"ini", "get", ini, "window", "width"}).out, "1024\n");
+  EXPECT_NE(zeb.dir().readFile("a.ini").find("# pixels"), std::string::npos);
+  EXPECT_NE(zeb.dir().readFile("a.ini").find("; settings"), std::string::npos);
+  EXPECT_EQ(zeb({"ini", "set", ini, "user", "name", ""}).status, 0);
+  EXPECT_EQ(zeb({"ini", "list", ini}).out, "[user]\nname=\n[window]\nwidth=1024\n");
+  EXPECT_EQ(zeb({"ini", "del", ini, "user"}).status, 0);
+  EXPECT_EQ(zeb({"ini", "list", ini, "user"}).out, "");
+  EXPECT_EQ(zeb({"ini", "get", ini, "window", "height"}).status, 1);
+  EXPECT_EQ(zeb({"ini", "get", zeb.path("missing.ini"), "a", "b"}).status, 1);
+  EXPECT_EQ(zeb({"ini", "set", zeb.path("new.ini"), "s", "k", "v"}).status, 0);
+  EXPECT_EQ(zeb({"ini", "get", zeb.path("new.ini"), "s", "k"}).out, "v\n");
+  EXPECT_EQ(zeb({"ini", "frob", ini}).status, 2);
+}
+
+TEST(ToolSimilar, EveryScore) {
+  Tool zeb;
+  const ToolResult run = zeb({"similar", "kitten", "sitting"});
+  ASSERT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("distance: 3\n"), std::string::npos);
+  EXPECT_NE(run.out.find("proportion: 57\n"), std::string::npos);
+  EXPECT_EQ(zeb({"similar", "only-one"}).status, 2);
 }
 
 TEST(ToolLog, LevelMarkersReplaceEachOther) {
