@@ -17,6 +17,8 @@
 #include "zeb/strings/zeb_cstr.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
+#include "zeb/utils/confirm_callback.h"
 #include "zeb/utils/mfile.h"
+#include "zeb/utils/tosInfo.h"
 
 #endif  // ZEB_ZEB_COMMON_H
