@@ -15,6 +15,8 @@
 #include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
+#include "zeb/thread/ThreadsWorker.h"
+#include "zeb/thread/tstringTaskWorkers.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/confirm_callback.h"
