@@ -21,6 +21,7 @@
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/confirm_callback.h"
 #include "zeb/utils/mfile.h"
+#include "zeb/utils/tfileutils.h"
 #include "zeb/utils/tosInfo.h"
 
 #endif  // ZEB_ZEB_COMMON_H
