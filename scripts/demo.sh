@@ -29,3 +29,7 @@ grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+echo "== zeb_folders: the library's sources enumerated, then copied with a progress line"
+rm -rf "$build/folders_copy"
+"$build/examples/zeb_folders" "$root/zeb/thread" "$build/folders_copy/thread" '*.h'

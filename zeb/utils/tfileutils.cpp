@@ -135,31 +135,50 @@ int ask(tfileentrycallback* callback, const WidePath& path, const FolderEntry& e
   return answer == FILEENTRY_SKIP || answer == FILEENTRY_STOP ? answer : FILEENTRY_CONTINUE;
 }
 
+// Calls visit(entry) for each entry of `folder` in the order of their names, with `folder` (and
+// `mirror`, when not null) extended by the entry's name meanwhile. An entry whose name is not
+// UTF-8, and a folder that cannot be read, count as failures. visit returns false to end the walk.
+template <typename Visit>
+void forEachEntry(WidePath& folder, WidePath* mirror, Tally& tally, Visit visit) {
+  std::vector<FolderEntry> entries;
+  if (!sortedEntries(folder, entries)) {
+    tally.failed = true;
+    return;
+  }
+  for (const FolderEntry& entry : entries) {
+    if (entry.kind == EntryKind::unnamed) {
+      tally.fail("name is not UTF-8 in", folder);
+      continue;
+    }
+    const std::size_t folderMark = descend(folder, entry.name);
+    const std::size_t mirrorMark = mirror != nullptr ? descend(*mirror, entry.name) : 0;
+    const bool goOn = visit(entry);
+    folder.resize(folderMark);
+    if (mirror != nullptr) mirror->resize(mirrorMark);
+    if (!goOn) return;
+  }
+}
+
 class Enumerator {
  public:
   Enumerator(const zwchar_t* pattern, int flags, tfileentrycallback* callback)
       : m_pattern(pattern), m_flags(flags), m_callback(callback) {}
 
   void walk(WidePath& path, int depth) {
-    std::vector<FolderEntry> entries;
-    if (!sortedEntries(path, entries)) return;
-    for (const FolderEntry& entry : entries) {
-      if (entry.kind == EntryKind::unnamed) continue;
+    forEachEntry(path, nullptr, tally, [&](const FolderEntry& entry) {
       const bool isFolder = entry.kind == EntryKind::folder;
-      const std::size_t mark = descend(path, entry.name);
       int answer = FILEENTRY_CONTINUE;
       if ((m_flags & (isFolder ? FILEENUM_FOLDERS : FILEENUM_FILES)) != 0 &&
           matches(entry.name, m_pattern)) {
         ++tally.done;
         answer = ask(m_callback, path, entry, depth);
       }
-      if (answer == FILEENTRY_STOP) tally.stopped = true;
       if (isFolder && answer == FILEENTRY_CONTINUE && (m_flags & FILEENUM_RECURSIVE) != 0) {
         walk(path, depth + 1);
       }
-      path.resize(mark);
-      if (tally.stopped) return;
-    }
+      if (answer == FILEENTRY_STOP) tally.stopped = true;
+      return !tally.stopped;
+    });
   }
 
   Tally tally;
@@ -187,25 +206,12 @@ class TreeCopier {
       : m_overwrite(overwrite), m_progress(progress) {}
 
   void copy(WidePath& from, WidePath& to, int depth) {
-    std::vector<FolderEntry> entries;
-    if (!sortedEntries(from, entries)) {
-      tally.failed = true;
-      return;
-    }
-    for (const FolderEntry& entry : entries) {
-      if (entry.kind == EntryKind::unnamed) {
-        tally.fail("name is not UTF-8 in", from);
-        continue;
-      }
-      const std::size_t fromMark = descend(from, entry.name);
-      const std::size_t toMark = descend(to, entry.name);
+    forEachEntry(from, &to, tally, [&](const FolderEntry& entry) {
       const int answer = ask(m_progress, from, entry, depth);
       if (answer == FILEENTRY_STOP) tally.stopped = true;
       if (answer == FILEENTRY_CONTINUE) copyOne(entry.kind, from, to, depth);
-      from.resize(fromMark);
-      to.resize(toMark);
-      if (tally.stopped) return;
-    }
+      return !tally.stopped;
+    });
   }
 
   Tally tally;
@@ -231,31 +237,19 @@ class TreeMover {
 
   // Moves the content of `from` into `to` and removes the folders it leaves empty.
   void move(WidePath& from, WidePath& to) {
-    std::vector<FolderEntry> entries;
     if (!ensureFolder(to)) {
       tally.fail("cannot create folder", to);
       return;
     }
-    if (!sortedEntries(from, entries)) {
-      tally.failed = true;
-      return;
-    }
-    for (const FolderEntry& entry : entries) {
-      if (entry.kind == EntryKind::unnamed) {
-        tally.fail("name is not UTF-8 in", from);
-        continue;
-      }
-      const std::size_t fromMark = descend(from, entry.name);
-      const std::size_t toMark = descend(to, entry.name);
+    forEachEntry(from, &to, tally, [&](const FolderEntry& entry) {
       if (entry.kind == EntryKind::folder) {
         move(from, to);
         zeb::platform::removeEmptyFolder(from.c_str());
       } else {
         moveOne(entry.kind, from, to);
       }
-      from.resize(fromMark);
-      to.resize(toMark);
-    }
+      return true;
+    });
   }
 
   Tally tally;
@@ -292,23 +286,11 @@ class FileDeleter {
 
   // Deletes in `path`; true when anything in it was removed.
   bool clean(WidePath& path) {
-    std::vector<FolderEntry> entries;
-    if (!sortedEntries(path, entries)) {
-      tally.failed = true;
-      return false;
-    }
     bool removedAny = false;
-    for (const FolderEntry& entry : entries) {
-      if (entry.kind == EntryKind::unnamed) {
-        tally.fail("name is not UTF-8 in", path);
-        continue;
-      }
-      const std::size_t mark = descend(path, entry.name);
+    forEachEntry(path, nullptr, tally, [&](const FolderEntry& entry) {
       if (entry.kind == EntryKind::folder) {
-        if (m_recursive && clean(path) && m_removeEmptied &&
-            zeb::platform::removeEmptyFolder(path.c_str())) {
-          removedAny = true;
-        }
+        removedAny |= m_recursive && clean(path) && m_removeEmptied &&
+                      zeb::platform::removeEmptyFolder(path.c_str());
       } else if (matches(entry.name, m_pattern)) {
         if (zeb::platform::removeFile(path.c_str())) {
           ++tally.done;
@@ -317,8 +299,8 @@ class FileDeleter {
           tally.fail("cannot delete", path);
         }
       }
-      path.resize(mark);
-    }
+      return true;
+    });
     return removedAny;
   }
 

@@ -61,6 +61,17 @@ struct Tree {
   }
 
   TWideString w(const fs::path& p) const { return wide(p.string()); }
+  // The whole tree of `src` stands at `copy`, links as links.
+  void expectTreeAt(const fs::path& copy) const {
+    EXPECT_EQ(readFile(copy / "a.txt"), "alpha");
+    EXPECT_EQ(readFile(copy / u8"数据" / u8"文件.txt"), u8"内容");
+    EXPECT_EQ(readFile(copy / u8"数据" / u8"深" / "x.tmp"), "tmp");
+    EXPECT_TRUE(fs::is_directory(copy / "empty"));
+    EXPECT_TRUE(fs::is_directory(copy / "nested" / "inner"));
+    EXPECT_EQ(readFile(copy / "readonly.txt"), "frozen");
+    EXPECT_TRUE(fs::is_symlink(copy / "to_file"));
+    EXPECT_EQ(fs::read_symlink(copy / "to_dir"), "../outside");
+  }
   void expectOutsideUntouched() const {
     EXPECT_EQ(readFile(outside / "secret.txt"), "secret");
     EXPECT_EQ(readFile(outside / "keep.tmp"), "outside tmp");
@@ -145,16 +156,9 @@ TEST(CopyFolder, CopiesTheWholeTreeWithLinksAsLinks) {
   Tree t;
   const fs::path dst = t.root / "backup" / u8"副本";  // its parent does not exist yet
   EXPECT_EQ(copyfolder(t.w(t.src).p(), t.w(dst).p(), false, nullptr), 7);
-  EXPECT_EQ(readFile(dst / "a.txt"), "alpha");
-  EXPECT_EQ(readFile(dst / u8"数据" / u8"文件.txt"), u8"内容");
-  EXPECT_EQ(readFile(dst / u8"数据" / u8"深" / "x.tmp"), "tmp");
-  EXPECT_TRUE(fs::is_directory(dst / "empty"));
-  EXPECT_TRUE(fs::is_directory(dst / "nested" / "inner"));
-  EXPECT_EQ(readFile(dst / "readonly.txt"), "frozen");
+  t.expectTreeAt(dst);
   EXPECT_EQ(fs::status(dst / "readonly.txt").permissions() & fs::perms::owner_write,
             fs::perms::none);
-  ASSERT_TRUE(fs::is_symlink(dst / "to_file"));
-  EXPECT_EQ(fs::read_symlink(dst / "to_dir"), "../outside");
   t.expectOutsideUntouched();
 }
 
@@ -230,9 +234,7 @@ TEST(MoveFolder, RenamesAWholeFolderToANewPlace) {
   const fs::path dst = t.root / "moved" / u8"到这里";
   EXPECT_EQ(movefolder(t.w(t.src).p(), t.w(dst).p(), false), 7);
   EXPECT_FALSE(fs::exists(t.src));
-  EXPECT_EQ(readFile(dst / u8"数据" / u8"文件.txt"), u8"内容");
-  EXPECT_TRUE(fs::is_directory(dst / "nested" / "inner"));
-  EXPECT_EQ(fs::read_symlink(dst / "to_dir"), "../outside");
+  t.expectTreeAt(dst);
   t.expectOutsideUntouched();
 }
 
