@@ -54,14 +54,21 @@ class tstringTaskWorkersPrivate {
     KeyLane& lane = lanes[name];
     lane.key = std::move(name);
     lane.items.push_back(std::move(item));
-    scheduleRunner(&lane);
-    return true;
+    return scheduleRunner(&lane);
   }
 
-  // Called under `lock`. The pool takes the runner while the lane has items (stopping waits for
-  // every lane to end before it stops the pool).
-  void scheduleRunner(KeyLane* lane) {
-    pool->post([this, lane] { runNext(lane); });
+  // Called under `lock`. The pool takes the runner while it has workers (stopping waits for
+  // every lane to end before it stops the pool); a pool without any drops the lane.
+  bool scheduleRunner(KeyLane* lane) {
+    if (pool->post([this, lane] { runNext(lane); })) return true;
+    for (WorkItem& item : lane->items) zeb::thread_internal::dropWorkItem(item);
+    endLane(lane);
+    return false;
+  }
+
+  void endLane(KeyLane* lane) {
+    lanes.erase(lanes.find(lane->key));
+    laneEnded.notify_all();
   }
 
   void runNext(KeyLane* lane) {
@@ -75,12 +82,11 @@ class tstringTaskWorkersPrivate {
       t_running = RunningItem{};
       guard.lock();
     }
-    if (!lane->items.empty()) {
+    if (lane->items.empty()) {
+      endLane(lane);
+    } else {
       scheduleRunner(lane);
-      return;
     }
-    lanes.erase(lanes.find(lane->key));
-    laneEnded.notify_all();
   }
 
   // Takes every queued item of every lane out, under `lock`.
@@ -118,7 +124,6 @@ thread_local tstringTaskWorkersPrivate::RunningItem tstringTaskWorkersPrivate::t
 tstringTaskWorkers::tstringTaskWorkers(int threads) : d(new tstringTaskWorkersPrivate(threads)) {}
 
 tstringTaskWorkers::~tstringTaskWorkers() {
-  if (d->pool != nullptr) d->pool->release();
   delete d;
 }
 
