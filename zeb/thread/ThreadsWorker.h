@@ -10,7 +10,9 @@
 // Each worker is a zeb::TThread. Work items are std::function<void()> or zeb::tNotifyTmp<void>
 // objects, which the pool owns once posted and deletes after running them (or unrun, when they
 // are dropped). Items leave the queue in posting order; with several threads they may finish in
-// any order. An item that throws is caught, logged and counted as run.
+// any order. A worker facing a long queue takes a few items at once (its share, halved, at most
+// 16) and runs them one after another; taken items count as started. An item that throws is
+// caught, logged and counted as run.
 //
 // Like the library's other thread classes the pool is never deleted by its user: it ends
 // through release(). stop() ends the threads first when the caller wants a say in what happens
@@ -45,7 +47,7 @@ class ZEB_API ThreadsWorker {
   bool waitAll();
 
   // Refuses further posts and ends the workers. With runQueued the queued items run first;
-  // otherwise they are deleted without running. Items already running always finish. Returns
+  // otherwise they are deleted without running. Items already started always finish. Returns
   // once every worker has ended, with the number of items dropped; 0 when already stopped; -1
   // (nothing done) when called from one of the pool's items.
   int stop(bool runQueued);
@@ -56,7 +58,7 @@ class ZEB_API ThreadsWorker {
 
   // The workers started by the constructor (0 once stopped).
   int threadCount() const;
-  // The items queued and not yet started.
+  // The items queued and not yet started (taken by a worker).
   int pendingCount() const;
 
  protected:
