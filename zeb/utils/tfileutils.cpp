@@ -76,13 +76,15 @@ int checkSourceFolder(const zwchar_t* path, WidePath* out) {
 }
 
 // `path` with every link resolved, for a path that need not exist: its deepest existing
-// ancestor resolved, then the rest of it as written.
+// ancestor resolved, then the rest of it as written (all of it as written when not even the
+// root or the working folder resolves).
 WidePath resolvedTarget(const WidePath& path) {
   WidePath probe = path;
   WidePath rest;
   WidePath resolved;
   static const zwchar_t kHere[] = {'.', 0};
   while (!zeb::platform::resolvedPath(probe.empty() ? kHere : probe.c_str(), &resolved)) {
+    if (probe.empty() || (probe.size() == 1 && isSeparator(probe[0]))) return path;
     std::size_t cut = probe.size();
     while (cut > 0 && !isSeparator(probe[cut - 1])) --cut;
     rest.insert(0, probe, cut, WidePath::npos);
