@@ -1,6 +1,8 @@
 #include "zeb/utils/tfileutils.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -254,6 +256,38 @@ TEST(MoveFolder, MergesIntoAnExistingFolderKeepingOrReplacingItsFiles) {
   EXPECT_FALSE(fs::exists(t.src));
   EXPECT_EQ(movefolder(t.w(dst).p(), t.w(dst / "x").p(), true), FILEOP_INSIDE_SOURCE);
   EXPECT_EQ(movefolder(t.w(t.src).p(), t.w(dst).p(), true), FILEOP_NO_SOURCE);
+  t.expectOutsideUntouched();
+}
+
+// A fresh folder on another file system than the temporary folder, when the machine has one
+// (/dev/shm is a memory file system on Linux); removed with its content.
+struct OtherDeviceFolder {
+  fs::path path;
+  OtherDeviceFolder(const fs::path& near) {
+    std::error_code error;
+    const fs::path base = "/dev/shm";
+    if (!fs::is_directory(base, error) || sameDevice(base, near)) return;
+    path = base / ("zeb_move_" + std::to_string(::getpid()));
+    if (!fs::create_directory(path, error)) path.clear();
+  }
+  ~OtherDeviceFolder() {
+    std::error_code ignored;
+    if (!path.empty()) fs::remove_all(path, ignored);
+  }
+  static bool sameDevice(const fs::path& a, const fs::path& b) {
+    struct stat sa, sb;
+    return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev;
+  }
+};
+
+TEST(MoveFolder, AcrossFileSystemsCopiesThenRemovesTheSource) {
+  Tree t;
+  OtherDeviceFolder other(t.root);
+  if (other.path.empty()) GTEST_SKIP() << "no second file system to move to";
+  const fs::path dst = other.path / u8"搬走";
+  EXPECT_EQ(movefolder(t.w(t.src).p(), t.w(dst).p(), false), 7);
+  EXPECT_FALSE(fs::exists(t.src));
+  t.expectTreeAt(dst);
   t.expectOutsideUntouched();
 }
 
