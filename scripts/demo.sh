@@ -69,3 +69,6 @@ echo "-- zeb similar: every similarity score of two spellings"
 echo "-- zeb log level: a log folder set to debug through its marker file, then read back"
 "$zeb" log level "$logs/tool" debug
 "$zeb" log level "$logs/tool"
+echo "== zeb_folders: the library's sources enumerated, then copied with a progress line"
+rm -rf "$build/folders_copy"
+"$build/examples/zeb_folders" "$root/zeb/thread" "$build/folders_copy/thread" '*.h'

@@ -86,7 +86,7 @@ for bench in "$build"/release/bench/zeb_*_bench; do
   echo "$(basename "$bench"): $(grep -cE ' (ns|us|ms) ' "$bench.log") benchmarks ran"
 done
 
-step "Thread, task, log, CSV and registry tests under ThreadSanitizer"
+step "Thread, task, pool, log, CSV and registry tests under ThreadSanitizer"
 tsan_suites=(zeb_thread_test zeb_log_test zeb_formats_test zeb_utils_test)
 configure_and_build "$build/tsan" -DZEB_SANITIZE=thread -DZEB_BUILD_EXAMPLES=OFF -- \
   "${tsan_suites[@]}"

@@ -26,10 +26,15 @@
 #include "zeb/strings/filename.h"
 #include "zeb/strings/wildcard.h"
 #include "zeb/strings/zeb_cstr.h"
+#include "zeb/thread/ThreadsWorker.h"
+#include "zeb/thread/tstringTaskWorkers.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
 #include "zeb/utils/TIniFile.h"
+#include "zeb/utils/confirm_callback.h"
 #include "zeb/utils/mfile.h"
+#include "zeb/utils/tfileutils.h"
+#include "zeb/utils/tosInfo.h"
 #include "zeb/utils/zeb_regkey.h"
 
 #endif  // ZEB_ZEB_COMMON_H

@@ -13,22 +13,12 @@
 
 #include <string>
 
-#include "zeb/strings/TAnsiString.h"
+#include "zeb/platform/posix/utf8_path.h"
 
 namespace zeb {
 namespace platform {
 
 namespace {
-
-// `path` in UTF-8 in `out`, every '\\' turned into '/' (the byte 0x5C never occurs inside a
-// UTF-8 sequence); false for a null or empty path or one that does not convert.
-bool toUtf8Path(const zwchar_t* path, TAnsiString& out) {
-  if (!out.fromWideString(path, MIB_UTF8)) return false;
-  for (char* c = out.data(); *c != '\0'; ++c) {
-    if (*c == '\\') *c = '/';
-  }
-  return true;
-}
 
 bool isFolder(int fd) {
   struct stat info;
