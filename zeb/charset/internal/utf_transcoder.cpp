@@ -6,9 +6,10 @@
 // that gives up leaves in `out` exactly the start of what iconv writes there.
 #include "zeb/charset/internal/utf_transcoder.h"
 
-#if defined(__SSE2__) && (defined(__x86_64__) || defined(__i386__))
+#if defined(__x86_64__)
 #define ZEB_UTF_X86 1
 #include <immintrin.h>
+#include <string.h>
 #else
 #define ZEB_UTF_X86 0
 #endif
@@ -48,6 +49,29 @@ void store16(void* at, __m128i value) {
 void widen16(zwchar_t* o, __m128i bytes) {
   store16(o, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
   store16(o + 8, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+}
+
+// Stores the first `count` (below 16) of the 16 ASCII `bytes` at o as units, nothing after them.
+void widenPrefix(zwchar_t* o, __m128i bytes, size_t count) {
+  __m128i units = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
+  if (count & 8) {
+    store16(o, units);
+    units = _mm_unpackhi_epi8(bytes, _mm_setzero_si128());
+    o += 8;
+  }
+  uint64_t four = static_cast<uint64_t>(_mm_cvtsi128_si64(units));
+  if (count & 4) {
+    memcpy(o, &four, 8);
+    four = static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_srli_si128(units, 8)));
+    o += 4;
+  }
+  if (count & 2) {
+    const uint32_t two = static_cast<uint32_t>(four);
+    memcpy(o, &two, 4);
+    four >>= 32;
+    o += 2;
+  }
+  if (count & 1) *o = static_cast<zwchar_t>(four);
 }
 
 // Two bits for each unit of `units` above U+007F.
@@ -111,15 +135,71 @@ __attribute__((target("avx2"))) size_t narrowBlocksAvx2(const zwchar_t* p, size_
   return done;
 }
 
+// Whether all 8 `units` are three-byte characters: U+0800 to U+FFFF, no surrogates.
+bool areThreeByteCharacters(__m128i units) {
+  const __m128i top = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
+  const __m128i shorter = _mm_cmpeq_epi16(top, _mm_setzero_si128());
+  const __m128i surrogate = _mm_cmpeq_epi16(top, _mm_set1_epi16(static_cast<short>(0xD800)));
+  return _mm_movemask_epi8(_mm_or_si128(shorter, surrogate)) == 0;
+}
+
+// Encodes whole blocks of 8 units that are all three-byte characters (U+0800 to U+FFFF without
+// the surrogates) from the start of p[0, units) into 24 bytes each at o; returns the units done.
+using EncodeThreeByteBlocks = size_t (*)(const zwchar_t* p, size_t units, unsigned char* o);
+
+size_t encodeThreeByteBlocksNone(const zwchar_t*, size_t, unsigned char*) {
+  return 0;
+}
+
+__attribute__((target("ssse3"))) size_t encodeThreeByteBlocksSsse3(const zwchar_t* p, size_t units,
+                                                                   unsigned char* o) {
+  // Where the 24 bytes of 8 characters come from: the first two bytes of character i are bytes
+  // 2i and 2i + 1 of `leading`, its last byte is byte i of `trailing` (-1: take nothing).
+  const __m128i leadingLow = _mm_setr_epi8(0, 1, -1, 2, 3, -1, 4, 5, -1, 6, 7, -1, 8, 9, -1, 10);
+  const __m128i trailingLow =
+      _mm_setr_epi8(-1, -1, 0, -1, -1, 1, -1, -1, 2, -1, -1, 3, -1, -1, 4, -1);
+  const __m128i leadingHigh =
+      _mm_setr_epi8(11, -1, 12, 13, -1, 14, 15, -1, -1, -1, -1, -1, -1, -1, -1, -1);
+  const __m128i trailingHigh =
+      _mm_setr_epi8(-1, 5, -1, -1, 6, -1, -1, 7, -1, -1, -1, -1, -1, -1, -1, -1);
+  const __m128i sixBits = _mm_set1_epi16(0x3F);
+  const __m128i continuation = _mm_set1_epi16(0x80);
+  size_t done = 0;
+  while (units - done >= 8) {
+    const __m128i u = load16(p + done);
+    if (!areThreeByteCharacters(u)) break;
+    const __m128i first = _mm_or_si128(_mm_srli_epi16(u, 12), _mm_set1_epi16(0xE0));
+    const __m128i second =
+        _mm_or_si128(_mm_and_si128(_mm_srli_epi16(u, 6), sixBits), continuation);
+    const __m128i third = _mm_or_si128(_mm_and_si128(u, sixBits), continuation);
+    const __m128i leading = _mm_or_si128(first, _mm_slli_epi16(second, 8));
+    const __m128i trailing = _mm_packus_epi16(third, third);
+    unsigned char* to = o + 3 * done;
+    store16(to, _mm_or_si128(_mm_shuffle_epi8(leading, leadingLow),
+                             _mm_shuffle_epi8(trailing, trailingLow)));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16),
+                     _mm_or_si128(_mm_shuffle_epi8(leading, leadingHigh),
+                                  _mm_shuffle_epi8(trailing, trailingHigh)));
+    done += 8;
+  }
+  return done;
+}
+
 struct BlockCopiers {
   WidenBlocks widen;
   NarrowBlocks narrow;
+  EncodeThreeByteBlocks encodeThreeByte;
 };
 
 BlockCopiers pickBlockCopiers() {
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2")) return {widenBlocksAvx2, narrowBlocksAvx2};
-  return {widenBlocksSse2, narrowBlocksSse2};
+  if (__builtin_cpu_supports("avx2")) {
+    return {widenBlocksAvx2, narrowBlocksAvx2, encodeThreeByteBlocksSsse3};
+  }
+  if (__builtin_cpu_supports("ssse3")) {
+    return {widenBlocksSse2, narrowBlocksSse2, encodeThreeByteBlocksSsse3};
+  }
+  return {widenBlocksSse2, narrowBlocksSse2, encodeThreeByteBlocksNone};
 }
 
 // Chosen once, when the library is loaded.
@@ -127,9 +207,11 @@ const BlockCopiers g_blockCopiers = pickBlockCopiers();
 
 #endif  // ZEB_UTF_X86
 
-// Copies the ASCII bytes at the start of p[0, room) to o as units; returns how many. A short
-// run stays in the inline 16-byte step; a long one goes on in the widest blocks the processor
-// has.
+// An ASCII run this long goes on in the widest blocks the processor has; shorter ones stay in
+// the inline steps, which cost no call.
+constexpr size_t kLongRun = 32;
+
+// Copies the ASCII bytes at the start of p[0, room) to o as units; returns how many.
 size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
   size_t done = 0;
 #if ZEB_UTF_X86
@@ -137,12 +219,13 @@ size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
     const __m128i bytes = load16(p + done);
     const unsigned nonAscii = static_cast<unsigned>(_mm_movemask_epi8(bytes));
     if (nonAscii != 0) {
-      room = done + static_cast<size_t>(__builtin_ctz(nonAscii));
-      break;
+      const size_t count = static_cast<size_t>(__builtin_ctz(nonAscii));
+      widenPrefix(o + done, bytes, count);
+      return done + count;
     }
     widen16(o + done, bytes);
     done += 16;
-    done += g_blockCopiers.widen(p + done, room - done, o + done);
+    if (done >= kLongRun) done += g_blockCopiers.widen(p + done, room - done, o + done);
   }
 #endif
   for (; done < room && p[done] < 0x80; ++done) o[done] = p[done];
@@ -162,15 +245,16 @@ size_t narrowAscii(const zwchar_t* p, size_t room, unsigned char* o) {
     }
     _mm_storel_epi64(reinterpret_cast<__m128i*>(o + done), _mm_packus_epi16(units, units));
     done += 8;
-    done += g_blockCopiers.narrow(p + done, room - done, o + done);
+    if (done >= kLongRun) done += g_blockCopiers.narrow(p + done, room - done, o + done);
   }
 #endif
   for (; done < room && p[done] < 0x80; ++done) o[done] = static_cast<unsigned char>(p[done]);
   return done;
 }
 
-// The UTF-8 side's cursor and the UTF-16 side's, each with its end.
-template <typename From, typename To>
+// The input's cursor and the output's, each with its end. Without kCheckRoom the caller has
+// made sure that the output holds the whole text, and room is not looked at.
+template <bool kCheckRoom, typename From, typename To>
 struct Cursors {
   const From* p;
   const From* const end;
@@ -178,17 +262,24 @@ struct Cursors {
   To* const outEnd;
 
   size_t inLeft() const { return static_cast<size_t>(end - p); }
-  size_t outLeft() const { return static_cast<size_t>(outEnd - o); }
+  bool hasRoom(size_t size) const { return !kCheckRoom || static_cast<size_t>(outEnd - o) >= size; }
+  // The characters of `size` output units each that may be taken.
+  size_t roomFor(size_t size) const {
+    return kCheckRoom ? smaller(inLeft(), static_cast<size_t>(outEnd - o) / size) : inLeft();
+  }
 };
 
-using Decoding = Cursors<unsigned char, zwchar_t>;
-using Encoding = Cursors<zwchar_t, unsigned char>;
+template <bool kCheckRoom>
+using Decoding = Cursors<kCheckRoom, unsigned char, zwchar_t>;
+template <bool kCheckRoom>
+using Encoding = Cursors<kCheckRoom, zwchar_t, unsigned char>;
 
 // Decodes the multi-byte sequence at c.p, most common length first; false to give up.
+template <typename Decoding>
 bool decodeSequence(Decoding& c) {
   const unsigned lead = c.p[0];
   if (lead >= 0xE0 && lead < 0xF0) {
-    if (c.inLeft() < 3 || c.outLeft() < 1) return false;
+    if (c.inLeft() < 3 || !c.hasRoom(1)) return false;
     const unsigned b1 = c.p[1];
     const unsigned b2 = c.p[2];
     if (!isContinuation(b1) || !isContinuation(b2)) return false;
@@ -199,13 +290,13 @@ bool decodeSequence(Decoding& c) {
     return true;
   }
   if (lead >= 0xC2 && lead < 0xE0) {
-    if (c.inLeft() < 2 || c.outLeft() < 1 || !isContinuation(c.p[1])) return false;
+    if (c.inLeft() < 2 || !c.hasRoom(1) || !isContinuation(c.p[1])) return false;
     *c.o++ = static_cast<zwchar_t>((lead & 0x1F) << 6 | (c.p[1] & 0x3F));
     c.p += 2;
     return true;
   }
   if (lead >= 0xF0 && lead < 0xF5) {
-    if (c.inLeft() < 4 || c.outLeft() < 2) return false;
+    if (c.inLeft() < 4 || !c.hasRoom(2)) return false;
     const unsigned b1 = c.p[1];
     const unsigned b2 = c.p[2];
     const unsigned b3 = c.p[3];
@@ -222,11 +313,12 @@ bool decodeSequence(Decoding& c) {
 }
 
 // Encodes the character at c.p, which is above U+007F; false to give up.
+template <typename Encoding>
 bool encodeCharacter(Encoding& c) {
   const unsigned unit = c.p[0];
   unsigned char* o = c.o;
   if (unit < 0x800) {
-    if (c.outLeft() < 2) return false;
+    if (!c.hasRoom(2)) return false;
     o[0] = static_cast<unsigned char>(0xC0 | unit >> 6);
     o[1] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
     c.o += 2;
@@ -234,7 +326,7 @@ bool encodeCharacter(Encoding& c) {
     return true;
   }
   if (!isSurrogate(unit)) {
-    if (c.outLeft() < 3) return false;
+    if (!c.hasRoom(3)) return false;
     o[0] = static_cast<unsigned char>(0xE0 | unit >> 12);
     o[1] = static_cast<unsigned char>(0x80 | (unit >> 6 & 0x3F));
     o[2] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
@@ -243,7 +335,7 @@ bool encodeCharacter(Encoding& c) {
     return true;
   }
   if (unit >= 0xDC00 || c.inLeft() < 2 || (c.p[1] & 0xFC00) != 0xDC00) return false;
-  if (c.outLeft() < 4) return false;
+  if (!c.hasRoom(4)) return false;
   const unsigned cp = 0x10000 + ((unit - 0xD800) << 10) + (c.p[1] - 0xDC00u);
   o[0] = static_cast<unsigned char>(0xF0 | cp >> 18);
   o[1] = static_cast<unsigned char>(0x80 | (cp >> 12 & 0x3F));
@@ -254,14 +346,12 @@ bool encodeCharacter(Encoding& c) {
   return true;
 }
 
-}  // namespace
-
-size_t utf8ToUtf16(const char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
-  const auto* from = reinterpret_cast<const unsigned char*>(in);
-  Decoding c{from, from + inBytes, out, out + outUnits};
+template <bool kCheckRoom>
+size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
+  Decoding<kCheckRoom> c{in, in + inBytes, out, out + outUnits};
   while (c.p < c.end) {
     if (*c.p < 0x80) {
-      const size_t run = widenAscii(c.p, smaller(c.inLeft(), c.outLeft()), c.o);
+      const size_t run = widenAscii(c.p, c.roomFor(1), c.o);
       if (run == 0) return kNotTranscoded;  // no room left
       c.p += run;
       c.o += run;
@@ -272,20 +362,64 @@ size_t utf8ToUtf16(const char* in, size_t inBytes, zwchar_t* out, size_t outUnit
   return static_cast<size_t>(c.o - out);
 }
 
-size_t utf16ToUtf8(const zwchar_t* in, size_t inUnits, char* out, size_t outBytes) {
-  auto* to = reinterpret_cast<unsigned char*>(out);
-  Encoding c{in, in + inUnits, to, to + outBytes};
+// Encodes a run of three-byte characters, as CJK text has, 8 at a time where the processor can;
+// returns the units done.
+template <typename Encoding>
+size_t encodeThreeByteRun(Encoding& c) {
+#if ZEB_UTF_X86
+  constexpr size_t kBlock = 8;
+  const size_t room = c.roomFor(3);
+  if (room < kBlock || !areThreeByteCharacters(load16(c.p))) return 0;
+  const size_t done = g_blockCopiers.encodeThreeByte(c.p, room, c.o);
+  c.p += done;
+  c.o += 3 * done;
+  return done;
+#else
+  (void)c;
+  return 0;
+#endif
+}
+
+template <bool kCheckRoom>
+size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t outBytes) {
+  // Blocks are tried only inside a run of several three-byte characters: text that mixes short
+  // runs of CJK with ASCII would pay for a failed try at every character.
+  constexpr unsigned kRunBeforeBlocks = 4;
+  Encoding<kCheckRoom> c{in, in + inUnits, out, out + outBytes};
+  unsigned threeByteRun = 0;
   while (c.p < c.end) {
-    if (*c.p < 0x80) {
-      const size_t run = narrowAscii(c.p, smaller(c.inLeft(), c.outLeft()), c.o);
+    const unsigned unit = *c.p;
+    if (unit < 0x80) {
+      const size_t run = narrowAscii(c.p, c.roomFor(1), c.o);
       if (run == 0) return kNotTranscoded;
       c.p += run;
       c.o += run;
-    } else if (!encodeCharacter(c)) {
+      threeByteRun = 0;
+    } else if (threeByteRun >= kRunBeforeBlocks && encodeThreeByteRun(c) > 0) {
+      threeByteRun = 0;
+    } else if (encodeCharacter(c)) {
+      threeByteRun = unit >= 0x800 && !isSurrogate(unit) ? threeByteRun + 1 : 0;
+    } else {
       return kNotTranscoded;
     }
   }
-  return static_cast<size_t>(c.o - to);
+  return static_cast<size_t>(c.o - out);
+}
+
+}  // namespace
+
+// A byte of UTF-8 gives at most one unit, a unit at most three bytes (a pair four): an output of
+// that size needs no checks of room.
+size_t utf8ToUtf16(const char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
+  const auto* from = reinterpret_cast<const unsigned char*>(in);
+  return outUnits >= inBytes ? decode<false>(from, inBytes, out, outUnits)
+                             : decode<true>(from, inBytes, out, outUnits);
+}
+
+size_t utf16ToUtf8(const zwchar_t* in, size_t inUnits, char* out, size_t outBytes) {
+  auto* to = reinterpret_cast<unsigned char*>(out);
+  return outBytes / 3 >= inUnits ? encode<false>(in, inUnits, to, outBytes)
+                                 : encode<true>(in, inUnits, to, outBytes);
 }
 
 }  // namespace charset
