@@ -24,7 +24,7 @@ using zeb::charset::ConvertResult;
 using zeb::charset::fixedName;
 
 // The charset names the library converts with.
-constexpr CharsetName kUtf8 = fixedName("UTF-8");
+constexpr CharsetName kUtf8 = fixedName(zeb::charset::kUtf8Name);
 constexpr CharsetName kUtf16 = fixedName(zeb::charset::kHostUtf16);
 constexpr CharsetName kGb2312 = fixedName("gb2312");
 constexpr CharsetName kGb18030 = fixedName("gb18030");

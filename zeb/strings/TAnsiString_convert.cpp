@@ -46,7 +46,7 @@ int narrowInto(tmibcharset cs, char* out, int size, const zwchar_t* w, size_t n)
     case MIB_GB2312:
       return unicodeToCharset("gb2312", out, size, w, n);
     default:
-      return unicodeToCharset("UTF-8", out, size, w, n);
+      return unicodeToCharset(zeb::charset::kUtf8Name, out, size, w, n);
   }
 }
 

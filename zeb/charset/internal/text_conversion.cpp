@@ -22,11 +22,11 @@ bool isNamed(const char* name, const char* upper) {
 }
 
 bool isUtf8(CharsetName name) {
-  return isNamed(name.text, "UTF-8");
+  return name.text == kUtf8Name || isNamed(name.text, kUtf8Name);
 }
 
 bool isHostUtf16(CharsetName name) {
-  return isNamed(name.text, kHostUtf16);
+  return name.text == kHostUtf16 || isNamed(name.text, kHostUtf16);
 }
 
 bool isUnitAligned(const void* at) {

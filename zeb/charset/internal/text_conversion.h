@@ -16,6 +16,10 @@
 namespace zeb {
 namespace charset {
 
+// The UTF-8 name the library passes. The dispatch knows it, as it knows kHostUtf16, by its
+// address before it compares any text.
+inline constexpr char kUtf8Name[] = "UTF-8";
+
 // convertDiscarding, on the transcoder when it takes the conversion.
 ConvertResult convertText(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                           void* out, size_t outBytes);

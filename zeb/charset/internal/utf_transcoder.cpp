@@ -14,6 +14,13 @@
 #define ZEB_UTF_X86 0
 #endif
 
+// The ASCII steps sit in the hottest loops; some compilers would rather call them.
+#if defined(__GNUC__)
+#define ZEB_UTF_INLINE inline __attribute__((always_inline))
+#else
+#define ZEB_UTF_INLINE inline
+#endif
+
 namespace zeb {
 namespace charset {
 namespace {
@@ -52,7 +59,7 @@ void widen16(zwchar_t* o, __m128i bytes) {
 }
 
 // Stores the first `count` (below 16) of the 16 ASCII `bytes` at o as units, nothing after them.
-void widenPrefix(zwchar_t* o, __m128i bytes, size_t count) {
+ZEB_UTF_INLINE void widenPrefix(zwchar_t* o, __m128i bytes, size_t count) {
   __m128i units = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
   if (count & 8) {
     store16(o, units);
@@ -72,6 +79,24 @@ void widenPrefix(zwchar_t* o, __m128i bytes, size_t count) {
     o += 2;
   }
   if (count & 1) *o = static_cast<zwchar_t>(four);
+}
+
+// Stores the first `count` (below 8) bytes of `bytes` at o, nothing after them, in at most two
+// stores that may overlap.
+ZEB_UTF_INLINE void storeBytePrefix(unsigned char* o, uint64_t bytes, size_t count) {
+  if (count >= 4) {
+    const uint32_t head = static_cast<uint32_t>(bytes);
+    const uint32_t tail = static_cast<uint32_t>(bytes >> (8 * (count - 4)));
+    memcpy(o, &head, 4);
+    memcpy(o + count - 4, &tail, 4);
+  } else if (count >= 2) {
+    const uint16_t head = static_cast<uint16_t>(bytes);
+    const uint16_t tail = static_cast<uint16_t>(bytes >> (8 * (count - 2)));
+    memcpy(o, &head, 2);
+    memcpy(o + count - 2, &tail, 2);
+  } else if (count == 1) {
+    *o = static_cast<unsigned char>(bytes);
+  }
 }
 
 // Two bits for each unit of `units` above U+007F.
@@ -212,7 +237,7 @@ const BlockCopiers g_blockCopiers = pickBlockCopiers();
 constexpr size_t kLongRun = 32;
 
 // Copies the ASCII bytes at the start of p[0, room) to o as units; returns how many.
-size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
+ZEB_UTF_INLINE size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
   size_t done = 0;
 #if ZEB_UTF_X86
   while (room - done >= 16) {
@@ -233,15 +258,17 @@ size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
 }
 
 // Copies the ASCII units at the start of p[0, room) to o as bytes; returns how many.
-size_t narrowAscii(const zwchar_t* p, size_t room, unsigned char* o) {
+ZEB_UTF_INLINE size_t narrowAscii(const zwchar_t* p, size_t room, unsigned char* o) {
   size_t done = 0;
 #if ZEB_UTF_X86
   while (room - done >= 8) {
     const __m128i units = load16(p + done);
     const unsigned nonAscii = nonAsciiUnitBits(units);
     if (nonAscii != 0) {
-      room = done + static_cast<size_t>(__builtin_ctz(nonAscii)) / 2;
-      break;
+      const size_t count = static_cast<size_t>(__builtin_ctz(nonAscii)) / 2;
+      const __m128i packed = _mm_packus_epi16(units, units);
+      storeBytePrefix(o + done, static_cast<uint64_t>(_mm_cvtsi128_si64(packed)), count);
+      return done + count;
     }
     _mm_storel_epi64(reinterpret_cast<__m128i*>(o + done), _mm_packus_epi16(units, units));
     done += 8;
