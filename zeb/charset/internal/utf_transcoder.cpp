@@ -1,7 +1,9 @@
 // utf_transcoder.cpp: UTF-8 <-> UTF-16 for valid text.
 //
 // Both directions alternate between a run of ASCII, copied by the vector code below, and one
-// multi-byte character, decoded or encoded directly. Every character is checked before anything
+// multi-byte character, decoded or encoded directly; the encoder also takes long runs of
+// three-byte characters (CJK) 8 at a time. Where the output is large enough for any text (as the
+// library's documented sizes are) no step checks for room. Every character is checked before anything
 // of it is written and nothing is written past the text of the characters taken, so a transcoder
 // that gives up leaves in `out` exactly the start of what iconv writes there.
 #include "zeb/charset/internal/utf_transcoder.h"
@@ -230,11 +232,11 @@ BlockCopiers pickBlockCopiers() {
 // Chosen once, when the library is loaded.
 const BlockCopiers g_blockCopiers = pickBlockCopiers();
 
-#endif  // ZEB_UTF_X86
-
 // An ASCII run this long goes on in the widest blocks the processor has; shorter ones stay in
 // the inline steps, which cost no call.
 constexpr size_t kLongRun = 32;
+
+#endif  // ZEB_UTF_X86
 
 // Copies the ASCII bytes at the start of p[0, room) to o as units; returns how many.
 ZEB_UTF_INLINE size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* o) {
