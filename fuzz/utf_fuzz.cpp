@@ -62,8 +62,7 @@ void compareAtSize(CharsetName to, CharsetName from, const void* in, size_t inBy
   Output slowReplaced(size, fill);
   const size_t c =
       convertTextReplacing(to, from, in, inBytes, fastReplaced.data(), size, kReplacement);
-  const size_t d =
-      convertReplacing(to, from, in, inBytes, slowReplaced.data(), size, kReplacement);
+  const size_t d = convertReplacing(to, from, in, inBytes, slowReplaced.data(), size, kReplacement);
   check(c == d);
   checkSameOutputs(fastReplaced, slowReplaced);
 }
@@ -71,7 +70,8 @@ void compareAtSize(CharsetName to, CharsetName from, const void* in, size_t inBy
 void compareAtEverySize(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                         size_t largest, unsigned char fill) {
   const size_t swept = inBytes < kSweptBytes ? inBytes : kSweptBytes;
-  for (size_t size = 0; size <= 2 * swept + 8; ++size) compareAtSize(to, from, in, swept, size, fill);
+  for (size_t size = 0; size <= 2 * swept + 8; ++size)
+    compareAtSize(to, from, in, swept, size, fill);
   compareAtSize(to, from, in, inBytes, largest, fill);
 }
 

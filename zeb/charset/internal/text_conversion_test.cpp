@@ -65,13 +65,12 @@ const Replacement kReplacement{&kQuestionMark, 1, oneByte};
 
 Outcome replacing(bool fast, CharsetName to, CharsetName from, const std::string& in,
                   size_t outBytes) {
-  return outcomeOf(in, outBytes,
-                   [&](const void* src, size_t n, void* dst, size_t size, Outcome& outcome) {
-                     outcome.written =
-                         fast ? convertTextReplacing(to, from, src, n, dst, size, kReplacement)
-                              : convertReplacing(to, from, src, n, dst, size, kReplacement);
-                     outcome.ok = outcome.written != kConversionFailed;
-                   });
+  return outcomeOf(
+      in, outBytes, [&](const void* src, size_t n, void* dst, size_t size, Outcome& outcome) {
+        outcome.written = fast ? convertTextReplacing(to, from, src, n, dst, size, kReplacement)
+                               : convertReplacing(to, from, src, n, dst, size, kReplacement);
+        outcome.ok = outcome.written != kConversionFailed;
+      });
 }
 
 // Both conversions of `in` `to` <- `from`, fast path against iconv, into outputs of every size
@@ -99,21 +98,44 @@ const std::string kBoundaryUtf8[] = {
     "\xEF\xBB\xBF",  // a byte-order mark is an ordinary character
 };
 const WString kBoundaryUtf16[] = {
-    WString(1, 0),       u"\u007F",     u"\u0080",     u"\u07FF",     u"\u0800",
-    u"\uD7FF",           u"\uE000",     u"\uFFFD",     u"\uFFFE",     u"\uFFFF",
-    WString{0xD800, 0xDC00}, WString{0xDBFF, 0xDFFF}, u"\uFEFF",
+    WString(1, 0),
+    u"\u007F",
+    u"\u0080",
+    u"\u07FF",
+    u"\u0800",
+    u"\uD7FF",
+    u"\uE000",
+    u"\uFFFD",
+    u"\uFFFE",
+    u"\uFFFF",
+    WString{0xD800, 0xDC00},
+    WString{0xDBFF, 0xDFFF},
+    u"\uFEFF",
 };
 
 // What the transcoders must leave to iconv.
 const std::string kRejectedUtf8[] = {
-    "\x80",             "\xBF",             "\xC0\x80",     "\xC1\xBF",         "\xE0\x80\x80",
-    "\xE0\x9F\xBF",     "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
-    "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFE",         "\xFF",             "\xC2\x41",
-    "\xE4\xB8\x41",     "\xF0\x90\x80\x41",
+    "\x80",
+    "\xBF",
+    "\xC0\x80",
+    "\xC1\xBF",
+    "\xE0\x80\x80",
+    "\xE0\x9F\xBF",
+    "\xF0\x80\x80\x80",
+    "\xF0\x8F\xBF\xBF",
+    "\xED\xA0\x80",
+    "\xED\xBF\xBF",
+    "\xF4\x90\x80\x80",
+    "\xF5\x80\x80\x80",
+    "\xFE",
+    "\xFF",
+    "\xC2\x41",
+    "\xE4\xB8\x41",
+    "\xF0\x90\x80\x41",
 };
 const WString kRejectedUtf16[] = {
-    WString{0xD800}, WString{0xDBFF, 0x0041}, WString{0xDC00}, WString{0xDFFF, 0xD800},
-    WString{0xD800, 0xD800, 0xDC00},
+    WString{0xD800},         WString{0xDBFF, 0x0041},         WString{0xDC00},
+    WString{0xDFFF, 0xD800}, WString{0xD800, 0xD800, 0xDC00},
 };
 
 // `piece` after `offset` ASCII letters and before a few more, so that it falls at every place of
@@ -169,7 +191,8 @@ TEST(TextConversion, Utf8MatchesIconvAtEveryPlaceAndSize) {
       expectSameAsIconv(kUtf16, kUtf8, text);
       expectSameAsIconv(kUtf16, kUtf8, text.substr(0, offset + piece.size() - 1));  // cut short
     }
-    for (const std::string& bad : kRejectedUtf8) expectSameAsIconv(kUtf16, kUtf8, placed(bad, offset));
+    for (const std::string& bad : kRejectedUtf8)
+      expectSameAsIconv(kUtf16, kUtf8, placed(bad, offset));
   }
 }
 

@@ -3,9 +3,9 @@
 // Both directions alternate between a run of ASCII, copied by the vector code below, and one
 // multi-byte character, decoded or encoded directly; the encoder also takes long runs of
 // three-byte characters (CJK) 8 at a time. Where the output is large enough for any text (as the
-// library's documented sizes are) no step checks for room. Every character is checked before anything
-// of it is written and nothing is written past the text of the characters taken, so a transcoder
-// that gives up leaves in `out` exactly the start of what iconv writes there.
+// library's documented sizes are) no step checks for room. Every character is checked before
+// anything of it is written and nothing is written past the text of the characters taken, so a
+// transcoder that gives up leaves in `out` exactly the start of what iconv writes there.
 #include "zeb/charset/internal/utf_transcoder.h"
 
 #if defined(__x86_64__)
@@ -132,7 +132,7 @@ size_t narrowBlocksSse2(const zwchar_t* p, size_t room, unsigned char* o) {
 }
 
 __attribute__((target("avx2"))) size_t widenBlocksAvx2(const unsigned char* p, size_t room,
-                                                        zwchar_t* o) {
+                                                       zwchar_t* o) {
   size_t done = 0;
   while (room - done >= 32) {
     const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + done));
@@ -146,7 +146,7 @@ __attribute__((target("avx2"))) size_t widenBlocksAvx2(const unsigned char* p, s
 }
 
 __attribute__((target("avx2"))) size_t narrowBlocksAvx2(const zwchar_t* p, size_t room,
-                                                         unsigned char* o) {
+                                                        unsigned char* o) {
   const __m256i nonAscii = _mm256_set1_epi16(static_cast<short>(0xFF80));
   size_t done = 0;
   while (room - done >= 32) {
@@ -196,8 +196,7 @@ __attribute__((target("ssse3"))) size_t encodeThreeByteBlocksSsse3(const zwchar_
     const __m128i u = load16(p + done);
     if (!areThreeByteCharacters(u)) break;
     const __m128i first = _mm_or_si128(_mm_srli_epi16(u, 12), _mm_set1_epi16(0xE0));
-    const __m128i second =
-        _mm_or_si128(_mm_and_si128(_mm_srli_epi16(u, 6), sixBits), continuation);
+    const __m128i second = _mm_or_si128(_mm_and_si128(_mm_srli_epi16(u, 6), sixBits), continuation);
     const __m128i third = _mm_or_si128(_mm_and_si128(u, sixBits), continuation);
     const __m128i leading = _mm_or_si128(first, _mm_slli_epi16(second, 8));
     const __m128i trailing = _mm_packus_epi16(third, third);
