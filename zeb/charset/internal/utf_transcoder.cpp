@@ -228,8 +228,11 @@ BlockCopiers pickBlockCopiers() {
   return {widenBlocksSse2, narrowBlocksSse2, encodeThreeByteBlocksNone};
 }
 
-// Chosen once, when the library is loaded.
-const BlockCopiers g_blockCopiers = pickBlockCopiers();
+// Chosen on first use, so that conversions run by other static initialisers find them too.
+const BlockCopiers& blockCopiers() {
+  static const BlockCopiers copiers = pickBlockCopiers();
+  return copiers;
+}
 
 // An ASCII run this long goes on in the widest blocks the processor has; shorter ones stay in
 // the inline steps, which cost no call.
@@ -251,7 +254,7 @@ ZEB_UTF_INLINE size_t widenAscii(const unsigned char* p, size_t room, zwchar_t* 
     }
     widen16(o + done, bytes);
     done += 16;
-    if (done >= kLongRun) done += g_blockCopiers.widen(p + done, room - done, o + done);
+    if (done >= kLongRun) done += blockCopiers().widen(p + done, room - done, o + done);
   }
 #endif
   for (; done < room && p[done] < 0x80; ++done) o[done] = p[done];
@@ -273,7 +276,7 @@ ZEB_UTF_INLINE size_t narrowAscii(const zwchar_t* p, size_t room, unsigned char*
     }
     _mm_storel_epi64(reinterpret_cast<__m128i*>(o + done), _mm_packus_epi16(units, units));
     done += 8;
-    if (done >= kLongRun) done += g_blockCopiers.narrow(p + done, room - done, o + done);
+    if (done >= kLongRun) done += blockCopiers().narrow(p + done, room - done, o + done);
   }
 #endif
   for (; done < room && p[done] < 0x80; ++done) o[done] = static_cast<unsigned char>(p[done]);
@@ -398,7 +401,7 @@ size_t encodeThreeByteRun(Encoding& c) {
   constexpr size_t kBlock = 8;
   const size_t room = c.roomFor(3);
   if (room < kBlock || !areThreeByteCharacters(load16(c.p))) return 0;
-  const size_t done = g_blockCopiers.encodeThreeByte(c.p, room, c.o);
+  const size_t done = blockCopiers().encodeThreeByte(c.p, room, c.o);
   c.p += done;
   c.o += 3 * done;
   return done;
