@@ -135,7 +135,7 @@ const std::string kRejectedUtf8[] = {
 };
 const WString kRejectedUtf16[] = {
     WString{0xD800},         WString{0xDBFF, 0x0041},         WString{0xDC00},
-    WString{0xDFFF, 0xD800}, WString{0xD800, 0xD800, 0xDC00},
+    WString{0xDFFF, 0xD800}, WString{0xD800, 0xD800, 0xDC00}, WString(20, 0xDC00),
 };
 
 // `piece` after `offset` ASCII letters and before a few more, so that it falls at every place of
@@ -203,6 +203,28 @@ TEST(TextConversion, Utf16MatchesIconvAtEveryPlaceAndSize) {
     }
     for (const WString& bad : kRejectedUtf16) {
       expectSameAsIconv(kUtf8, kUtf16, bytesOf(placed(bad, offset)));
+    }
+  }
+}
+
+// CJK with spaces, where the encoder takes 8 units at a time, `length` units of it.
+WString cjkText(size_t length) {
+  WString cjk;
+  for (size_t i = 0; i < length; ++i) cjk += i % 5 == 4 ? u' ' : static_cast<zwchar_t>(0x4E00 + i);
+  return cjk;
+}
+
+// Every boundary character and every unpaired surrogate at every place in and after such text.
+TEST(TextConversion, Utf16AmongCjkMatchesIconv) {
+  const WString tail = cjkText(24);
+  for (size_t length = 0; length <= 40; ++length) {
+    const WString cjk = cjkText(length);
+    for (const WString& piece : kBoundaryUtf16) {
+      expectSameAsIconv(kUtf8, kUtf16, bytesOf(cjk + piece + tail));
+    }
+    for (const WString& bad : kRejectedUtf16) {
+      expectSameAsIconv(kUtf8, kUtf16, bytesOf(cjk + bad));
+      expectSameAsIconv(kUtf8, kUtf16, bytesOf(cjk + bad + tail));
     }
   }
 }

@@ -12,6 +12,8 @@
 #define ZEB_UTF_X86 1
 #include <immintrin.h>
 #include <string.h>
+
+#include <array>
 #else
 #define ZEB_UTF_X86 0
 #endif
@@ -162,6 +164,69 @@ __attribute__((target("avx2"))) size_t narrowBlocksAvx2(const zwchar_t* p, size_
   return done;
 }
 
+// Whether each of the 8 `units` is ASCII or a three-byte character (U+0800 to U+FFFF without
+// the surrogates), as in text that mixes ASCII with CJK.
+bool hasSurrogate(__m128i units) {
+  const __m128i top = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
+  return _mm_movemask_epi8(_mm_cmpeq_epi16(top, _mm_set1_epi16(static_cast<short>(0xD800)))) != 0;
+}
+
+bool areAsciiOrThreeByte(__m128i units) {
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i ascii =
+      _mm_cmpeq_epi16(_mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80))), zero);
+  const __m128i top = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
+  const __m128i twoByte = _mm_andnot_si128(ascii, _mm_cmpeq_epi16(top, zero));
+  const __m128i surrogate = _mm_cmpeq_epi16(top, _mm_set1_epi16(static_cast<short>(0xD800)));
+  return _mm_movemask_epi8(_mm_or_si128(twoByte, surrogate)) == 0;
+}
+
+// How the bytes of 4 characters, one character to a 32-bit lane, close up: the shuffle that
+// moves them to the front and how many there are, for each set of lanes holding three bytes
+// (bit i for lane i; the other lanes hold one).
+struct Compaction {
+  int8_t shuffle[16];
+  uint8_t length;
+};
+
+constexpr std::array<Compaction, 16> makeCompactions() {
+  std::array<Compaction, 16> table{};
+  for (unsigned threeByteLanes = 0; threeByteLanes < 16; ++threeByteLanes) {
+    Compaction& row = table[threeByteLanes];
+    unsigned length = 0;
+    for (unsigned lane = 0; lane < 4; ++lane) {
+      const unsigned bytes = (threeByteLanes >> lane & 1) ? 3 : 1;
+      for (unsigned b = 0; b < bytes; ++b)
+        row.shuffle[length++] = static_cast<int8_t>(4 * lane + b);
+    }
+    for (unsigned k = length; k < 16; ++k) row.shuffle[k] = -1;
+    row.length = static_cast<uint8_t>(length);
+  }
+  return table;
+}
+
+constexpr std::array<Compaction, 16> kCompactions = makeCompactions();
+
+// Writes the UTF-8 of the 4 characters in the 32-bit lanes of `lanes` (each ASCII or three-byte)
+// at o and returns its length. All 16 bytes at o are stored: what follows the text is left for
+// the next characters to overwrite.
+__attribute__((target("ssse3"))) inline size_t encodeFourSsse3(__m128i lanes, unsigned char* o) {
+  const __m128i sixBits = _mm_set1_epi32(0x3F);
+  const __m128i continuation = _mm_set1_epi32(0x80);
+  const __m128i first = _mm_or_si128(_mm_srli_epi32(lanes, 12), _mm_set1_epi32(0xE0));
+  const __m128i second =
+      _mm_or_si128(_mm_and_si128(_mm_srli_epi32(lanes, 6), sixBits), continuation);
+  const __m128i third = _mm_or_si128(_mm_and_si128(lanes, sixBits), continuation);
+  const __m128i threeBytes =
+      _mm_or_si128(first, _mm_or_si128(_mm_slli_epi32(second, 8), _mm_slli_epi32(third, 16)));
+  const __m128i isThreeByte = _mm_cmpgt_epi32(lanes, _mm_set1_epi32(0x7F));
+  const __m128i bytes =
+      _mm_or_si128(_mm_and_si128(isThreeByte, threeBytes), _mm_andnot_si128(isThreeByte, lanes));
+  const Compaction& row = kCompactions[_mm_movemask_ps(_mm_castsi128_ps(isThreeByte))];
+  store16(o, _mm_shuffle_epi8(bytes, load16(row.shuffle)));
+  return row.length;
+}
+
 // Whether all 8 `units` are three-byte characters: U+0800 to U+FFFF, no surrogates.
 bool areThreeByteCharacters(__m128i units) {
   const __m128i top = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
@@ -170,18 +235,11 @@ bool areThreeByteCharacters(__m128i units) {
   return _mm_movemask_epi8(_mm_or_si128(shorter, surrogate)) == 0;
 }
 
-// Encodes whole blocks of 8 units that are all three-byte characters (U+0800 to U+FFFF without
-// the surrogates) from the start of p[0, units) into 24 bytes each at o; returns the units done.
-using EncodeThreeByteBlocks = size_t (*)(const zwchar_t* p, size_t units, unsigned char* o);
-
-size_t encodeThreeByteBlocksNone(const zwchar_t*, size_t, unsigned char*) {
-  return 0;
-}
-
-__attribute__((target("ssse3"))) size_t encodeThreeByteBlocksSsse3(const zwchar_t* p, size_t units,
-                                                                   unsigned char* o) {
-  // Where the 24 bytes of 8 characters come from: the first two bytes of character i are bytes
-  // 2i and 2i + 1 of `leading`, its last byte is byte i of `trailing` (-1: take nothing).
+// Writes the 24 bytes of UTF-8 of 8 `units` that are all three-byte characters at o.
+__attribute__((target("ssse3"))) inline void encodeEightThreeByteSsse3(__m128i u,
+                                                                       unsigned char* o) {
+  // Where the 24 bytes come from: the first two bytes of character i are bytes 2i and 2i + 1
+  // of `leading`, its last byte is byte i of `trailing` (-1: take nothing).
   const __m128i leadingLow = _mm_setr_epi8(0, 1, -1, 2, 3, -1, 4, 5, -1, 6, 7, -1, 8, 9, -1, 10);
   const __m128i trailingLow =
       _mm_setr_epi8(-1, -1, 0, -1, -1, 1, -1, -1, 2, -1, -1, 3, -1, -1, 4, -1);
@@ -191,41 +249,69 @@ __attribute__((target("ssse3"))) size_t encodeThreeByteBlocksSsse3(const zwchar_
       _mm_setr_epi8(-1, 5, -1, -1, 6, -1, -1, 7, -1, -1, -1, -1, -1, -1, -1, -1);
   const __m128i sixBits = _mm_set1_epi16(0x3F);
   const __m128i continuation = _mm_set1_epi16(0x80);
+  const __m128i first = _mm_or_si128(_mm_srli_epi16(u, 12), _mm_set1_epi16(0xE0));
+  const __m128i second = _mm_or_si128(_mm_and_si128(_mm_srli_epi16(u, 6), sixBits), continuation);
+  const __m128i third = _mm_or_si128(_mm_and_si128(u, sixBits), continuation);
+  const __m128i leading = _mm_or_si128(first, _mm_slli_epi16(second, 8));
+  const __m128i trailing = _mm_packus_epi16(third, third);
+  store16(o, _mm_or_si128(_mm_shuffle_epi8(leading, leadingLow),
+                          _mm_shuffle_epi8(trailing, trailingLow)));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(o + 16),
+                   _mm_or_si128(_mm_shuffle_epi8(leading, leadingHigh),
+                                _mm_shuffle_epi8(trailing, trailingHigh)));
+}
+
+// Encodes whole blocks of 8 units that are all ASCII or three-byte characters from the start of
+// p[0, units) at o, which has room for 3 bytes a unit; returns the units done and sets *written
+// to the bytes written. A block's last store runs up to 12 bytes past its text, so a block is
+// taken only when 16 more units without surrogates follow it: encoded after it, they cover
+// those bytes.
+using EncodeMixedBlocks = size_t (*)(const zwchar_t* p, size_t units, unsigned char* o,
+                                     size_t* written);
+
+size_t encodeMixedBlocksNone(const zwchar_t*, size_t, unsigned char*, size_t* written) {
+  *written = 0;
+  return 0;
+}
+
+__attribute__((target("ssse3"))) size_t encodeMixedBlocksSsse3(const zwchar_t* p, size_t units,
+                                                               unsigned char* o, size_t* written) {
+  unsigned char* to = o;
   size_t done = 0;
-  while (units - done >= 8) {
-    const __m128i u = load16(p + done);
-    if (!areThreeByteCharacters(u)) break;
-    const __m128i first = _mm_or_si128(_mm_srli_epi16(u, 12), _mm_set1_epi16(0xE0));
-    const __m128i second = _mm_or_si128(_mm_and_si128(_mm_srli_epi16(u, 6), sixBits), continuation);
-    const __m128i third = _mm_or_si128(_mm_and_si128(u, sixBits), continuation);
-    const __m128i leading = _mm_or_si128(first, _mm_slli_epi16(second, 8));
-    const __m128i trailing = _mm_packus_epi16(third, third);
-    unsigned char* to = o + 3 * done;
-    store16(to, _mm_or_si128(_mm_shuffle_epi8(leading, leadingLow),
-                             _mm_shuffle_epi8(trailing, trailingLow)));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 16),
-                     _mm_or_si128(_mm_shuffle_epi8(leading, leadingHigh),
-                                  _mm_shuffle_epi8(trailing, trailingHigh)));
+  while (units - done >= 24) {
+    const __m128i block = load16(p + done);
+    if (!areAsciiOrThreeByte(block) || hasSurrogate(load16(p + done + 8)) ||
+        hasSurrogate(load16(p + done + 16))) {
+      break;
+    }
+    if (areThreeByteCharacters(block)) {
+      encodeEightThreeByteSsse3(block, to);
+      to += 24;
+    } else {
+      to += encodeFourSsse3(_mm_unpacklo_epi16(block, _mm_setzero_si128()), to);
+      to += encodeFourSsse3(_mm_unpackhi_epi16(block, _mm_setzero_si128()), to);
+    }
     done += 8;
   }
+  *written = static_cast<size_t>(to - o);
   return done;
 }
 
 struct BlockCopiers {
   WidenBlocks widen;
   NarrowBlocks narrow;
-  EncodeThreeByteBlocks encodeThreeByte;
+  EncodeMixedBlocks encodeMixed;
 };
 
 BlockCopiers pickBlockCopiers() {
   __builtin_cpu_init();
   if (__builtin_cpu_supports("avx2")) {
-    return {widenBlocksAvx2, narrowBlocksAvx2, encodeThreeByteBlocksSsse3};
+    return {widenBlocksAvx2, narrowBlocksAvx2, encodeMixedBlocksSsse3};
   }
   if (__builtin_cpu_supports("ssse3")) {
-    return {widenBlocksSse2, narrowBlocksSse2, encodeThreeByteBlocksSsse3};
+    return {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksSsse3};
   }
-  return {widenBlocksSse2, narrowBlocksSse2, encodeThreeByteBlocksNone};
+  return {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksNone};
 }
 
 // Chosen on first use, so that conversions run by other static initialisers find them too.
@@ -393,17 +479,14 @@ size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t out
   return static_cast<size_t>(c.o - out);
 }
 
-// Encodes a run of three-byte characters, as CJK text has, 8 at a time where the processor can;
-// returns the units done.
-template <typename Encoding>
-size_t encodeThreeByteRun(Encoding& c) {
+// Encodes a run of ASCII and three-byte characters, as text in CJK has, 8 units at a time where
+// the processor can; returns the units done. The output must hold any text.
+size_t encodeMixedRun(Encoding<false>& c) {
 #if ZEB_UTF_X86
-  constexpr size_t kBlock = 8;
-  const size_t room = c.roomFor(3);
-  if (room < kBlock || !areThreeByteCharacters(load16(c.p))) return 0;
-  const size_t done = blockCopiers().encodeThreeByte(c.p, room, c.o);
+  size_t written = 0;
+  const size_t done = blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
   c.p += done;
-  c.o += 3 * done;
+  c.o += written;
   return done;
 #else
   (void)c;
@@ -413,23 +496,22 @@ size_t encodeThreeByteRun(Encoding& c) {
 
 template <bool kCheckRoom>
 size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t outBytes) {
-  // Blocks are tried only inside a run of several three-byte characters: text that mixes short
-  // runs of CJK with ASCII would pay for a failed try at every character.
-  constexpr unsigned kRunBeforeBlocks = 4;
+  // After each try of the blocks, the next few non-ASCII characters go one by one: text with
+  // other characters (two-byte ones, surrogate pairs) would otherwise pay a failed try for each.
+  constexpr unsigned kCharactersBetweenTries = 8;
   Encoding<kCheckRoom> c{in, in + inUnits, out, out + outBytes};
-  unsigned threeByteRun = 0;
+  unsigned untilNextTry = 0;
   while (c.p < c.end) {
-    const unsigned unit = *c.p;
-    if (unit < 0x80) {
+    if (*c.p < 0x80) {
       const size_t run = narrowAscii(c.p, c.roomFor(1), c.o);
       if (run == 0) return kNotTranscoded;
       c.p += run;
       c.o += run;
-      threeByteRun = 0;
-    } else if (threeByteRun >= kRunBeforeBlocks && encodeThreeByteRun(c) > 0) {
-      threeByteRun = 0;
+    } else if (untilNextTry == 0) {
+      untilNextTry = kCharactersBetweenTries;
+      if constexpr (!kCheckRoom) encodeMixedRun(c);
     } else if (encodeCharacter(c)) {
-      threeByteRun = unit >= 0x800 && !isSurrogate(unit) ? threeByteRun + 1 : 0;
+      --untilNextTry;
     } else {
       return kNotTranscoded;
     }
