@@ -21,12 +21,20 @@ bool isNamed(const char* name, const char* upper) {
   return *name == '\0';
 }
 
-bool isUtf8(CharsetName name) {
-  return name.text == kUtf8Name || isNamed(name.text, kUtf8Name);
-}
+enum class Direction { kNone, kUtf8ToUtf16, kUtf16ToUtf8 };
 
-bool isHostUtf16(CharsetName name) {
-  return name.text == kHostUtf16 || isNamed(name.text, kHostUtf16);
+// The way `to` <- `from` goes on the transcoder, if it does: the library's own names by their
+// address, other spellings by their text.
+Direction directionOf(CharsetName to, CharsetName from) {
+  if (from.text == kUtf8Name && to.text == kHostUtf16) return Direction::kUtf8ToUtf16;
+  if (from.text == kHostUtf16 && to.text == kUtf8Name) return Direction::kUtf16ToUtf8;
+  if (isNamed(from.text, kUtf8Name) && isNamed(to.text, kHostUtf16)) {
+    return Direction::kUtf8ToUtf16;
+  }
+  if (isNamed(from.text, kHostUtf16) && isNamed(to.text, kUtf8Name)) {
+    return Direction::kUtf16ToUtf8;
+  }
+  return Direction::kNone;
 }
 
 bool isUnitAligned(const void* at) {
@@ -37,12 +45,14 @@ bool isUnitAligned(const void* at) {
 // up on it.
 size_t transcode(CharsetName to, CharsetName from, const void* in, size_t inBytes, void* out,
                  size_t outBytes) {
-  if (isUtf8(from) && isHostUtf16(to) && isUnitAligned(out)) {
+  const Direction direction = directionOf(to, from);
+  if (direction == Direction::kUtf8ToUtf16 && isUnitAligned(out)) {
     const size_t units = utf8ToUtf16(static_cast<const char*>(in), inBytes,
                                      static_cast<zwchar_t*>(out), outBytes / sizeof(zwchar_t));
     return units == kNotTranscoded ? kNotTranscoded : units * sizeof(zwchar_t);
   }
-  if (isHostUtf16(from) && isUtf8(to) && isUnitAligned(in) && inBytes % sizeof(zwchar_t) == 0) {
+  if (direction == Direction::kUtf16ToUtf8 && isUnitAligned(in) &&
+      inBytes % sizeof(zwchar_t) == 0) {
     return utf16ToUtf8(static_cast<const zwchar_t*>(in), inBytes / sizeof(zwchar_t),
                        static_cast<char*>(out), outBytes);
   }

@@ -1,11 +1,13 @@
 // utf_transcoder.cpp: UTF-8 <-> UTF-16 for valid text.
 //
 // Both directions alternate between a run of ASCII, copied by the vector code below, and one
-// multi-byte character, decoded or encoded directly; the encoder also takes long runs of
-// three-byte characters (CJK) 8 at a time. Where the output is large enough for any text (as the
-// library's documented sizes are) no step checks for room. Every character is checked before
-// anything of it is written and nothing is written past the text of the characters taken, so a
-// transcoder that gives up leaves in `out` exactly the start of what iconv writes there.
+// multi-byte character, decoded or encoded directly; the encoder also takes text made of ASCII
+// and three-byte characters (CJK) 8 units at a time. Where the output is large enough for any
+// text (as the library's documented sizes are) no step checks for room. Every character is
+// checked before anything of it is written, and nothing is written past the text of the
+// characters taken except by the encoder's blocks, whose last store runs a few bytes ahead only
+// where the characters that follow are sure to overwrite them. So a transcoder that gives up
+// leaves in `out` exactly the start of what iconv writes there.
 #include "zeb/charset/internal/utf_transcoder.h"
 
 #if defined(__x86_64__)
@@ -164,13 +166,14 @@ __attribute__((target("avx2"))) size_t narrowBlocksAvx2(const zwchar_t* p, size_
   return done;
 }
 
-// Whether each of the 8 `units` is ASCII or a three-byte character (U+0800 to U+FFFF without
-// the surrogates), as in text that mixes ASCII with CJK.
+// Whether any of the 8 `units` is a surrogate.
 bool hasSurrogate(__m128i units) {
   const __m128i top = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800)));
   return _mm_movemask_epi8(_mm_cmpeq_epi16(top, _mm_set1_epi16(static_cast<short>(0xD800)))) != 0;
 }
 
+// Whether each of the 8 `units` is ASCII or a three-byte character (U+0800 to U+FFFF without
+// the surrogates), as in text that mixes ASCII with CJK.
 bool areAsciiOrThreeByte(__m128i units) {
   const __m128i zero = _mm_setzero_si128();
   const __m128i ascii =
@@ -263,9 +266,9 @@ __attribute__((target("ssse3"))) inline void encodeEightThreeByteSsse3(__m128i u
 
 // Encodes whole blocks of 8 units that are all ASCII or three-byte characters from the start of
 // p[0, units) at o, which has room for 3 bytes a unit; returns the units done and sets *written
-// to the bytes written. A block's last store runs up to 12 bytes past its text, so a block is
-// taken only when 16 more units without surrogates follow it: encoded after it, they cover
-// those bytes.
+// to the bytes written. A block of three-byte characters only is written exactly; the last
+// store of a mixed block runs up to 12 bytes past its text, so such a block is taken only when
+// 16 more units without surrogates follow it: encoded after it, they cover those bytes.
 using EncodeMixedBlocks = size_t (*)(const zwchar_t* p, size_t units, unsigned char* o,
                                      size_t* written);
 
@@ -278,18 +281,17 @@ __attribute__((target("ssse3"))) size_t encodeMixedBlocksSsse3(const zwchar_t* p
                                                                unsigned char* o, size_t* written) {
   unsigned char* to = o;
   size_t done = 0;
-  while (units - done >= 24) {
+  while (units - done >= 8) {
     const __m128i block = load16(p + done);
-    if (!areAsciiOrThreeByte(block) || hasSurrogate(load16(p + done + 8)) ||
-        hasSurrogate(load16(p + done + 16))) {
-      break;
-    }
     if (areThreeByteCharacters(block)) {
       encodeEightThreeByteSsse3(block, to);
       to += 24;
-    } else {
+    } else if (units - done >= 24 && areAsciiOrThreeByte(block) &&
+               !hasSurrogate(load16(p + done + 8)) && !hasSurrogate(load16(p + done + 16))) {
       to += encodeFourSsse3(_mm_unpacklo_epi16(block, _mm_setzero_si128()), to);
       to += encodeFourSsse3(_mm_unpackhi_epi16(block, _mm_setzero_si128()), to);
+    } else {
+      break;
     }
     done += 8;
   }

@@ -1,8 +1,9 @@
 // utf_transcoder.h: the library's own UTF-8 <-> UTF-16 transcoders. They take strictly valid
 // text only and give up on anything else, leaving that to iconv (text_conversion.h does the
-// dispatch), so what they accept they convert exactly as iconv would. Runs of ASCII go many
-// characters at a time on x86-64: SSE2 blocks, AVX2 ones on processors that have it (chosen once
-// at run time); other processors take them one by one.
+// dispatch), so what they accept they convert exactly as iconv would. On x86-64 runs of ASCII go
+// many characters at a time (SSE2 blocks, AVX2 ones on processors that have it), and UTF-16 of
+// ASCII and CJK 8 units at a time (SSSE3); the processor is asked once, at the first use. Other
+// processors take one character at a time.
 //
 //   zwchar_t wide[8];
 //   size_t units = utf8ToUtf16("a\xC3\xA9", 3, wide, 8);  // units == 2: u"a\u00E9"
