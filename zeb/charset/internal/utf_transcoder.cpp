@@ -481,18 +481,15 @@ size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t out
   return static_cast<size_t>(c.o - out);
 }
 
-// Encodes a run of ASCII and three-byte characters, as text in CJK has, 8 units at a time where
-// the processor can; returns the units done. The output must hold any text.
-size_t encodeMixedRun(Encoding<false>& c) {
+// Encodes what it can of a run of ASCII and three-byte characters, as text in CJK has, 8 units
+// at a time where the processor can. The output must hold any text.
+void encodeMixedRun(Encoding<false>& c) {
 #if ZEB_UTF_X86
   size_t written = 0;
-  const size_t done = blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
-  c.p += done;
+  c.p += blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
   c.o += written;
-  return done;
 #else
   (void)c;
-  return 0;
 #endif
 }
 
