@@ -1,7 +1,8 @@
-// Fuzzes the UTF-8 <-> UTF-16 fast path against the iconv path it stands in for: arbitrary bytes
-// as UTF-8 and arbitrary 16-bit units as UTF-16, through both kinds of conversion (discarding
-// and replacing), into outputs of every size from 0 up. Results and every byte of the outputs
-// must be the same; the outputs are sized exactly, so AddressSanitizer sees any overrun.
+// Fuzzes the UTF-8 <-> UTF-16 fast path against the iconv path it stands in for: arbitrary bytes as
+// UTF-8, and as UTF-16 both arbitrary 16-bit units and units picked from a short palette, through
+// both kinds of conversion (discarding and replacing), into outputs of every size from 0 up.
+// Results and every byte of the outputs must be the same; the outputs are sized exactly, so
+// AddressSanitizer sees any overrun.
 #include <stddef.h>
 #include <stdint.h>
 #include <stdlib.h>
@@ -75,6 +76,18 @@ void compareAtEverySize(CharsetName to, CharsetName from, const void* in, size_t
   compareAtSize(to, from, in, inBytes, largest, fill);
 }
 
+// Units that make the transcoder's cases likely: ASCII, two- and three-byte characters, both
+// halves of a pair, and NUL.
+const zwchar_t kPalette[] = {u'a',   u' ',   0x00E9, 0x07FF, 0x0800, 0x4E2D,
+                             0xFFFF, 0xD83D, 0xDE00, 0xDBFF, 0xDC00, 0};
+
+// Each byte of `data` picks a unit of the palette.
+std::vector<zwchar_t> paletteUnits(const uint8_t* data, size_t size) {
+  std::vector<zwchar_t> units(size);
+  for (size_t i = 0; i < size; ++i) units[i] = kPalette[data[i] % (sizeof kPalette / 2)];
+  return units;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -87,5 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   compareAtEverySize(kUtf16, kUtf8, aligned.data(), inBytes, 2 * inBytes + 8, fill);
   const size_t unitBytes = inBytes - inBytes % 2;
   compareAtEverySize(kUtf8, kUtf16, aligned.data(), unitBytes, 3 * unitBytes / 2 + 1, fill);
+  const std::vector<zwchar_t> picked = paletteUnits(data + 1, inBytes);
+  compareAtEverySize(kUtf8, kUtf16, picked.data(), 2 * inBytes, 3 * inBytes + 1, fill);
   return 0;
 }
