@@ -1,9 +1,12 @@
 // Charset conversion benchmarks: each library function beside one raw iconv call on a converter
-// opened in advance (the floor: the library adds argument checks, the converter cache and the
-// zero-fill around exactly that call) and beside ICU. Inputs are mixed ASCII and CJK text of 48
-// bytes, 1 KiB and 1 MiB (measured in UTF-8), in the source charset of each conversion. The string
-// members TWideString::fromUTF8 and TAnsiString::fromWideString(..., 106) stand beside the same
-// anchors; unlike them they allocate their result (and free the previous one) on every call.
+// opened in advance (the floor for the conversions iconv does: the library adds argument checks,
+// the converter cache and the zero-fill around exactly that call) and beside ICU. Inputs are mixed
+// ASCII and CJK text of 48 bytes, 1 KiB and 1 MiB (measured in UTF-8), in the source charset of
+// each conversion; UTF-8 <-> UTF-16, which the library does itself, also runs on ASCII-only and
+// CJK-only text (the second argument: 0 ASCII, 1 mixed, 2 CJK), with ICU's u_strFromUTF8 and
+// u_strToUTF8 as the second anchor. The string members TWideString::fromUTF8 and
+// TAnsiString::fromWideString(..., 106) stand beside the same anchors; unlike them they allocate
+// their result (and free the previous one) on every call.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 #include <unicode/ucnv.h>
@@ -13,6 +16,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "zeb/charset/zeb_charset.h"
@@ -48,29 +52,41 @@ struct Texts {
   WString utf16;
 };
 
-// Mixed ASCII and CJK (all of it in GB2312), cut at a character boundary to at most `bytes`.
-std::string mixedUtf8(size_t bytes) {
-  static const char* const kPieces[] = {"Report ", "中文", " 2024-05-01, ", "数据",        "处理",
-                                        " ok; ",   "你好", "世界",          " [item 42] ", "编码"};
+enum TextKind { kAscii, kMixed, kCjk };
+
+// Pieces of text of each kind; all the CJK is in GB2312.
+const std::vector<std::string>& piecesOf(TextKind kind) {
+  static const std::vector<std::string> kPieces[] = {
+      {"Report ", "C:/Users/data/", " 2024-05-01, ", "value=42", " ok; ", "[item 7] "},
+      {"Report ", "中文", " 2024-05-01, ", "数据", "处理", " ok; ", "你好", "世界", " [item 42] ",
+       "编码"},
+      {"中文", "数据", "处理", "你好", "世界", "编码"},
+  };
+  return kPieces[kind];
+}
+
+// Pieces of `kind` one after the other, cut at a character boundary to at most `bytes`.
+std::string textUtf8(size_t bytes, TextKind kind) {
+  const std::vector<std::string>& pieces = piecesOf(kind);
   std::string text;
   for (size_t i = 0;; ++i) {
-    const std::string piece = kPieces[i % std::size(kPieces)];
+    const std::string& piece = pieces[i % pieces.size()];
     if (text.size() + piece.size() > bytes) break;
     text += piece;
   }
   return text;
 }
 
-const Texts& textsOfSize(size_t bytes) {
-  static std::map<size_t, Texts> cache;
-  auto it = cache.find(bytes);
+const Texts& textsOf(size_t bytes, TextKind kind) {
+  static std::map<std::pair<size_t, TextKind>, Texts> cache;
+  auto it = cache.find({bytes, kind});
   if (it == cache.end()) {
     Texts texts;
-    texts.utf8 = mixedUtf8(bytes);
+    texts.utf8 = textUtf8(bytes, kind);
     texts.gb18030 = convertWithIconv("GB18030", "UTF-8", texts.utf8);
     const std::string utf16 = convertWithIconv("UTF-16LE", "UTF-8", texts.utf8);
     texts.utf16.assign(reinterpret_cast<const zwchar_t*>(utf16.data()), utf16.size() / 2);
-    it = cache.emplace(bytes, std::move(texts)).first;
+    it = cache.emplace(std::make_pair(bytes, kind), std::move(texts)).first;
   }
   return it->second;
 }
@@ -137,10 +153,12 @@ const Conversion kUtf16ToUtf8{"UTF-8//IGNORE",   "UTF-16LE", nullptr,
                               nullptr,           utf16Input, eightBitFromUtf16Output,
                               libraryUtf16ToUtf8};
 
-// Runs `convert(in, inBytes, out, outBytes)` over the conversion's input of state.range(0) bytes.
+// Runs `convert(in, inBytes, out, outBytes)` over the conversion's input of state.range(0) bytes
+// of the kind state.range(1).
 template <typename Convert>
 void runConversion(benchmark::State& state, const Conversion& c, Convert&& convert) {
-  const Texts& texts = textsOfSize(static_cast<size_t>(state.range(0)));
+  const Texts& texts =
+      textsOf(static_cast<size_t>(state.range(0)), static_cast<TextKind>(state.range(1)));
   size_t inBytes = 0;
   const void* in = c.input(texts, &inBytes);
   std::vector<char> out(c.outputBytes(inBytes));  // operator new: aligned for zwchar_t output
@@ -235,8 +253,16 @@ void BM_TAnsiStringFromWideString(benchmark::State& state) {
   });
 }
 
+const int kSizes[] = {48, 1024, 1 << 20};
+
 void textSizes(benchmark::internal::Benchmark* b) {
-  b->Arg(48)->Arg(1024)->Arg(1 << 20);
+  for (int size : kSizes) b->Args({size, kMixed});
+}
+
+void utfTexts(benchmark::internal::Benchmark* b) {
+  for (int kind : {kAscii, kMixed, kCjk}) {
+    for (int size : kSizes) b->Args({size, kind});
+  }
 }
 
 BENCHMARK_CAPTURE(BM_Library, StrGB18030ToUTF8, kGb18030ToUtf8)->Apply(textSizes);
@@ -247,14 +273,14 @@ BENCHMARK_CAPTURE(BM_Library, StrUTF8ToGB2312, kUtf8ToGb2312)->Apply(textSizes);
 BENCHMARK_CAPTURE(BM_RawIconv, UTF8ToGB2312, kUtf8ToGb2312)->Apply(textSizes);
 BENCHMARK_CAPTURE(BM_IcuConvertEx, UTF8ToGB2312, kUtf8ToGb2312)->Apply(textSizes);
 
-BENCHMARK_CAPTURE(BM_Library, StrUtf8ToUnicode, kUtf8ToUtf16)->Apply(textSizes);
-BENCHMARK_CAPTURE(BM_RawIconv, UTF8ToUTF16, kUtf8ToUtf16)->Apply(textSizes);
-BENCHMARK_CAPTURE(BM_IcuFromUtf8, u_strFromUTF8, kUtf8ToUtf16)->Apply(textSizes);
-BENCHMARK(BM_TWideStringFromUTF8)->Apply(textSizes);
+BENCHMARK_CAPTURE(BM_Library, StrUtf8ToUnicode, kUtf8ToUtf16)->Apply(utfTexts);
+BENCHMARK_CAPTURE(BM_RawIconv, UTF8ToUTF16, kUtf8ToUtf16)->Apply(utfTexts);
+BENCHMARK_CAPTURE(BM_IcuFromUtf8, u_strFromUTF8, kUtf8ToUtf16)->Apply(utfTexts);
+BENCHMARK(BM_TWideStringFromUTF8)->Apply(utfTexts);
 
-BENCHMARK_CAPTURE(BM_Library, StrUnicodeToUtf8, kUtf16ToUtf8)->Apply(textSizes);
-BENCHMARK_CAPTURE(BM_RawIconv, UTF16ToUTF8, kUtf16ToUtf8)->Apply(textSizes);
-BENCHMARK_CAPTURE(BM_IcuToUtf8, u_strToUTF8, kUtf16ToUtf8)->Apply(textSizes);
-BENCHMARK(BM_TAnsiStringFromWideString)->Apply(textSizes);
+BENCHMARK_CAPTURE(BM_Library, StrUnicodeToUtf8, kUtf16ToUtf8)->Apply(utfTexts);
+BENCHMARK_CAPTURE(BM_RawIconv, UTF16ToUTF8, kUtf16ToUtf8)->Apply(utfTexts);
+BENCHMARK_CAPTURE(BM_IcuToUtf8, u_strToUTF8, kUtf16ToUtf8)->Apply(utfTexts);
+BENCHMARK(BM_TAnsiStringFromWideString)->Apply(utfTexts);
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "zeb/charset/internal/iconv_converter.h"
+#include "zeb/charset/internal/text_conversion.h"
 #include "zeb/platform/codepage.h"
 #include "zeb/strings/zeb_cstr.h"
 
@@ -18,12 +19,12 @@ namespace {
 
 using zeb::charset::callerName;
 using zeb::charset::CharsetName;
-using zeb::charset::convertDiscarding;
+using zeb::charset::convertText;
 using zeb::charset::ConvertResult;
 using zeb::charset::fixedName;
 
 // The charset names the library converts with.
-constexpr CharsetName kUtf8 = fixedName("UTF-8");
+constexpr CharsetName kUtf8 = fixedName(zeb::charset::kUtf8Name);
 constexpr CharsetName kUtf16 = fixedName(zeb::charset::kHostUtf16);
 constexpr CharsetName kGb2312 = fixedName("gb2312");
 constexpr CharsetName kGb18030 = fixedName("gb18030");
@@ -321,7 +322,7 @@ int convertToBytes(CharsetName to, CharsetName from, char* out, int outSize, con
                    size_t inBytes) {
   if (!isUsableName(to) || !isUsableName(from) || out == nullptr || outSize <= 0) return 0;
   const size_t capacity = static_cast<size_t>(outSize);
-  const ConvertResult result = convertDiscarding(to, from, in, inBytes, out, capacity);
+  const ConvertResult result = convertText(to, from, in, inBytes, out, capacity);
   if (!result.ok) return 0;
   memset(out + result.written, 0, capacity - result.written);
   return static_cast<int>(result.written);
@@ -350,7 +351,7 @@ int bytesToUnicode(CharsetName from, zwchar_t* out, int outChars, const char* in
   }
   const size_t capacity = static_cast<size_t>(outChars);
   const ConvertResult result =
-      convertDiscarding(kUtf16, from, in, inBytes, out, capacity * sizeof(zwchar_t));
+      convertText(kUtf16, from, in, inBytes, out, capacity * sizeof(zwchar_t));
   if (!result.ok) return 0;
   const size_t units = result.written / sizeof(zwchar_t);
   if (units < capacity) out[units] = 0;

@@ -8,6 +8,8 @@
 // the 8-bit forms zero-fill the rest of `out` and AnyToUnicode writes one 16-bit NUL after the
 // last unit when room is left. Size the output so that room is always left: 3 bytes per input
 // character plus 1 for 8-bit results, 2 units per input byte plus 4 for UTF-16 results.
+// Between "UTF-8" and UTF-16 the library converts valid text itself, several times faster, and
+// leaves the rest to iconv: results and output bytes are iconv's either way.
 //
 // The ANSI functions (StrUnicodeToANSI, StrANSIToUnicode) follow the OS code-page API instead:
 // counts include the NUL, an outSize of 0 asks for the size needed, undecodable bytes become

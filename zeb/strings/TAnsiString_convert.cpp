@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "zeb/charset/internal/iconv_converter.h"
+#include "zeb/charset/internal/text_conversion.h"
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/platform/codepage.h"
 #include "zeb/strings/TAnsiString.h"
@@ -30,8 +30,8 @@ int eightBitSize(size_t n) {
 int unicodeToCharset(const char* to, char* out, int size, const zwchar_t* w, size_t n) {
   using namespace zeb::charset;
   const ConvertResult result =
-      convertDiscarding(fixedName(to), fixedName(kHostUtf16), w, n * sizeof(zwchar_t), out,
-                        static_cast<size_t>(size));
+      convertText(fixedName(to), fixedName(kHostUtf16), w, n * sizeof(zwchar_t), out,
+                  static_cast<size_t>(size));
   if (!result.ok) return 0;
   memset(out + result.written, 0, static_cast<size_t>(size) - result.written);
   return static_cast<int>(result.written);
@@ -46,7 +46,7 @@ int narrowInto(tmibcharset cs, char* out, int size, const zwchar_t* w, size_t n)
     case MIB_GB2312:
       return unicodeToCharset("gb2312", out, size, w, n);
     default:
-      return unicodeToCharset("UTF-8", out, size, w, n);
+      return unicodeToCharset(zeb::charset::kUtf8Name, out, size, w, n);
   }
 }
 

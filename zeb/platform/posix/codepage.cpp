@@ -15,7 +15,7 @@
 #include <mutex>
 #include <string>
 
-#include "zeb/charset/internal/iconv_converter.h"
+#include "zeb/charset/internal/text_conversion.h"
 #include "zeb/strings/zeb_cstr.h"
 
 namespace zeb {
@@ -172,8 +172,8 @@ int convertCodePageText(charset::CharsetName to, charset::CharsetName from, cons
   if (outUnits < 0 || (outUnits > 0 && out == nullptr)) return 0;
   void* target = outUnits == 0 ? nullptr : out;
   const size_t bytes =
-      charset::convertReplacing(to, from, in, inUnits * inUnitSize, target,
-                                static_cast<size_t>(outUnits) * outUnitSize, replacement);
+      charset::convertTextReplacing(to, from, in, inUnits * inUnitSize, target,
+                                    static_cast<size_t>(outUnits) * outUnitSize, replacement);
   if (bytes == charset::kConversionFailed) return 0;
   const size_t units = bytes / outUnitSize;
   return units <= static_cast<size_t>(INT_MAX) ? static_cast<int>(units) : 0;
