@@ -72,7 +72,7 @@ for bench in "$build"/release/bench/zeb_*_bench; do
 done
 
 step "Thread, task and log tests under ThreadSanitizer"
-tsan_suites=(zeb_thread_test zeb_log_test)
+tsan_suites=(zeb_thread_test zeb_log_test zeb_component_test)
 configure_and_build "$build/tsan" -DZEB_SANITIZE=thread -DZEB_BUILD_EXAMPLES=OFF -- \
   "${tsan_suites[@]}"
 TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$build/tsan" -j "$jobs" --output-on-failure \

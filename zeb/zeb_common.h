@@ -17,6 +17,9 @@
 #include "zeb/strings/zeb_cstr.h"
 #include "zeb/thread/ttaskThread.h"
 #include "zeb/thread/zeb_Thread.h"
+#include "zeb/utils/appid.h"
+#include "zeb/utils/interface_classbase.h"
+#include "zeb/utils/lasterror.h"
 #include "zeb/utils/mfile.h"
 
 #endif  // ZEB_ZEB_COMMON_H
