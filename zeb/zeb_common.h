@@ -6,6 +6,7 @@
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/binary_hex.h"
 #include "zeb/data/tbytesdata.h"
+#include "zeb/data/tdatabundle.h"
 #include "zeb/datetime/mdatetime.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"

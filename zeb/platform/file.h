@@ -13,8 +13,15 @@
 
 #include "zeb/zeb_api.h"
 
+class TAnsiString;
+
 namespace zeb {
 namespace platform {
+
+// `path` in the form the OS calls take, in `out` (POSIX: UTF-8 with every '\\' turned into '/';
+// the byte 0x5C never occurs inside a UTF-8 sequence). False for a null or empty path or one that
+// does not convert.
+bool toUtf8Path(const zwchar_t* path, TAnsiString& out);
 
 // fopen of `path` with a C mode ("rb", "w+b", "rb+", "ab", ...); null when it cannot be opened.
 // A folder is not a file: it never opens, in any mode (as on Windows). Binary and text modes are

@@ -13,10 +13,6 @@
 namespace zeb {
 namespace platform {
 
-namespace {
-
-// `path` in UTF-8 in `out`, every '\\' turned into '/' (the byte 0x5C never occurs inside a
-// UTF-8 sequence); false for a null or empty path or one that does not convert.
 bool toUtf8Path(const zwchar_t* path, TAnsiString& out) {
   if (!out.fromWideString(path, MIB_UTF8)) return false;
   for (char* c = out.data(); *c != '\0'; ++c) {
@@ -24,6 +20,8 @@ bool toUtf8Path(const zwchar_t* path, TAnsiString& out) {
   }
   return true;
 }
+
+namespace {
 
 bool isFolder(int fd) {
   struct stat info;
