@@ -115,7 +115,6 @@ void checkItem(const tbundleitem& item, const Value& value) {
       check(std::string(item.asString() != nullptr ? item.asString() : "") == value.text);
       break;
     case tbundleitem::dtBytesData:
-      check(item.asBytesData().asString().length() == static_cast<int>(value.text.size()));
       check(item.asBytesData() == tbytesdata(value.text.data(), static_cast<int>(value.text.size())));
       break;
     case tbundleitem::dtDataBundle: {
