@@ -73,7 +73,8 @@ void BM_UnorderedMap_Get(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kKeys);
 }
 
-// ---- copy and compare of mixed items -------------------------------------------------------------
+// ---- copy and compare of mixed items
+// -------------------------------------------------------------
 
 tdatabundle mixedBundle() {
   const auto keys = makeKeys(kMixedItems);
@@ -101,8 +102,9 @@ tdatabundle mixedBundle() {
   return bundle;
 }
 
-using NestedMap = std::unordered_map<std::string, std::variant<long long, std::string,
-                                                               std::vector<unsigned char>>>;
+using NestedMap =
+    std::unordered_map<std::string,
+                       std::variant<long long, std::string, std::vector<unsigned char>>>;
 using MixedValue = std::variant<std::string, std::vector<unsigned char>, NestedMap>;
 using MixedMap = std::unordered_map<std::string, MixedValue>;
 

@@ -115,7 +115,8 @@ void checkItem(const tbundleitem& item, const Value& value) {
       check(std::string(item.asString() != nullptr ? item.asString() : "") == value.text);
       break;
     case tbundleitem::dtBytesData:
-      check(item.asBytesData() == tbytesdata(value.text.data(), static_cast<int>(value.text.size())));
+      check(item.asBytesData() ==
+            tbytesdata(value.text.data(), static_cast<int>(value.text.size())));
       break;
     case tbundleitem::dtDataBundle: {
       tdatabundle nested = item.asDataBundle();
@@ -142,7 +143,9 @@ Value textValue(udatatype type, std::string text) {
 }
 
 // A string item keeps its text up to the first NUL.
-std::string cText(const std::string& s) { return std::string(s.c_str()); }
+std::string cText(const std::string& s) {
+  return std::string(s.c_str());
+}
 
 struct Keyed {
   tdatabundle bundle;

@@ -66,14 +66,18 @@ tbundleitem::tbundleitem(udatatype type, unsigned long long value) {
 
 tbundleitem::tbundleitem(const tDataInitPair& pair) : tbundleitem(pair.type, pair.value) {}
 
-tbundleitem::tbundleitem(const tbundleitem& other) { copyPayloadOf(other); }
+tbundleitem::tbundleitem(const tbundleitem& other) {
+  copyPayloadOf(other);
+}
 
 tbundleitem::tbundleitem(tbundleitem&& other) noexcept
     : m_value(other.m_value), m_type(other.m_type) {
   other.setEmpty();
 }
 
-tbundleitem::~tbundleitem() { freePayload(); }
+tbundleitem::~tbundleitem() {
+  freePayload();
+}
 
 tbundleitem& tbundleitem::operator=(const tbundleitem& other) {
   if (this == &other) return *this;
@@ -110,13 +114,17 @@ tbundleitem& tbundleitem::operator=(void* object) {
   return *this = tbundleitem(dtObject, pointerAsValue(object));
 }
 
-void tbundleitem::releatPtr() { setEmpty(); }
+void tbundleitem::releatPtr() {
+  setEmpty();
+}
 
 const char* tbundleitem::asString() const {
   return m_type == dtString ? valueAsString(m_value) : nullptr;
 }
 
-void* tbundleitem::asPointer() const { return m_type == dtObject ? valueAsObject(m_value) : nullptr; }
+void* tbundleitem::asPointer() const {
+  return m_type == dtObject ? valueAsObject(m_value) : nullptr;
+}
 
 const tbytesdata& tbundleitem::asBytesData() const {
   return m_type == dtBytesData ? *static_cast<const tbytesdata*>(valueAsObject(m_value))

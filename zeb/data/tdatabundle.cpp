@@ -28,7 +28,9 @@ struct Fnv1aHash {
   }
 };
 
-const char* keyOf(const char* name) { return name != nullptr ? name : ""; }
+const char* keyOf(const char* name) {
+  return name != nullptr ? name : "";
+}
 
 const tbundleitem& sharedEmptyItem() {
   static const tbundleitem empty;
@@ -89,7 +91,9 @@ tdatabundle::tdatabundle(const char* name, void* object) : tdatabundle() {
   putObject(name, object);
 }
 
-tdatabundle::~tdatabundle() { delete m_store; }
+tdatabundle::~tdatabundle() {
+  delete m_store;
+}
 
 tdatabundle& tdatabundle::operator=(const tdatabundle& other) {
   if (this == &other) return *this;
@@ -110,8 +114,8 @@ bool tdatabundle::putItem(const char* name, udatatype type, unsigned long long v
 }
 
 bool tdatabundle::putInt32(const char* name, int value) {
-  return putItem(name, tbundleitem::dtInt32, static_cast<unsigned long long>(
-                                                 static_cast<long long>(value)));
+  return putItem(name, tbundleitem::dtInt32,
+                 static_cast<unsigned long long>(static_cast<long long>(value)));
 }
 
 bool tdatabundle::putUInt32(const char* name, unsigned int value) {
@@ -192,9 +196,13 @@ const tbundleitem& tdatabundle::operator[](const char* name) const {
   return item != nullptr ? *item : sharedEmptyItem();
 }
 
-unsigned long long tdatabundle::getItem(const char* name) const { return (*this)[name].value(); }
+unsigned long long tdatabundle::getItem(const char* name) const {
+  return (*this)[name].value();
+}
 
-int tdatabundle::getInt32(const char* name) const { return valueAsInt32(getItem(name)); }
+int tdatabundle::getInt32(const char* name) const {
+  return valueAsInt32(getItem(name));
+}
 
 unsigned int tdatabundle::getUInt32(const char* name) const {
   return valueAsUInt32(getItem(name));
@@ -204,19 +212,29 @@ long long tdatabundle::getInt64(const char* name) const {
   return static_cast<long long>(getItem(name));
 }
 
-unsigned long long tdatabundle::getUInt64(const char* name) const { return getItem(name); }
+unsigned long long tdatabundle::getUInt64(const char* name) const {
+  return getItem(name);
+}
 
-bool tdatabundle::getBoolean(const char* name) const { return getItem(name) != 0; }
+bool tdatabundle::getBoolean(const char* name) const {
+  return getItem(name) != 0;
+}
 
-const char* tdatabundle::getString(const char* name) const { return valueAsString(getItem(name)); }
+const char* tdatabundle::getString(const char* name) const {
+  return valueAsString(getItem(name));
+}
 
-void* tdatabundle::getObject(const char* name) const { return valueAsObject(getItem(name)); }
+void* tdatabundle::getObject(const char* name) const {
+  return valueAsObject(getItem(name));
+}
 
 const tbytesdata& tdatabundle::getBytesData(const char* name) const {
   return (*this)[name].asBytesData();
 }
 
-bool tdatabundle::has(const char* name) const { return m_store->find(name) != nullptr; }
+bool tdatabundle::has(const char* name) const {
+  return m_store->find(name) != nullptr;
+}
 
 bool tdatabundle::remove(const char* name) {
   const bool removed = m_store->items.erase(keyOf(name)) != 0;
@@ -229,7 +247,9 @@ void tdatabundle::clear() {
   m_store->endWalk();
 }
 
-int tdatabundle::itemsCount() const { return static_cast<int>(m_store->items.size()); }
+int tdatabundle::itemsCount() const {
+  return static_cast<int>(m_store->items.size());
+}
 
 const tdatabundleItemData* tdatabundle::firstItem() {
   m_store->cursor = m_store->items.begin();

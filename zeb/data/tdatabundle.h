@@ -45,8 +45,8 @@ class ZEB_API tbundleitem {
   // The type tag of an item.
   enum udatatype {
     dtEmpty = 0,
-    dtInt32 = 1,       // sign-extended into the 64-bit value
-    dtUInt32 = 2,      // zero-extended
+    dtInt32 = 1,   // sign-extended into the 64-bit value
+    dtUInt32 = 2,  // zero-extended
     dtInt64 = 3,
     dtUInt64 = 4,      // booleans too, as 0 or 1
     dtFloat = 5,       // the bits of a double
@@ -76,11 +76,11 @@ class ZEB_API tbundleitem {
   // Each assignment frees the old owned payload first.
   tbundleitem& operator=(const tbundleitem& other);
   tbundleitem& operator=(tbundleitem&& other) noexcept;
-  tbundleitem& operator=(long long value);                 // dtInt64
-  tbundleitem& operator=(const char* text);                // dtString
-  tbundleitem& operator=(const tbytesdata& bytes);         // dtBytesData
-  tbundleitem& operator=(const tdatabundle& bundle);       // dtDataBundle
-  tbundleitem& operator=(void* object);                    // dtObject
+  tbundleitem& operator=(long long value);            // dtInt64
+  tbundleitem& operator=(const char* text);           // dtString
+  tbundleitem& operator=(const tbytesdata& bytes);    // dtBytesData
+  tbundleitem& operator=(const tdatabundle& bundle);  // dtDataBundle
+  tbundleitem& operator=(void* object);               // dtObject
 
   // Forgets the payload without freeing it (the item becomes empty); for a caller that took it.
   void releatPtr();

@@ -46,13 +46,21 @@ tsdatabundle::tsdatabundle(tsdatabundle&& other) noexcept : m_store(other.m_stor
   other.m_store = new Store;
 }
 
-tsdatabundle::tsdatabundle(const char* text) : tsdatabundle() { putString(text); }
+tsdatabundle::tsdatabundle(const char* text) : tsdatabundle() {
+  putString(text);
+}
 
-tsdatabundle::tsdatabundle(void* object) : tsdatabundle() { putObject(object); }
+tsdatabundle::tsdatabundle(void* object) : tsdatabundle() {
+  putObject(object);
+}
 
-tsdatabundle::tsdatabundle(long long value) : tsdatabundle() { putInt64(value); }
+tsdatabundle::tsdatabundle(long long value) : tsdatabundle() {
+  putInt64(value);
+}
 
-tsdatabundle::~tsdatabundle() { delete m_store; }
+tsdatabundle::~tsdatabundle() {
+  delete m_store;
+}
 
 tsdatabundle& tsdatabundle::operator=(const tsdatabundle& other) {
   if (this != &other) *m_store = *other.m_store;
@@ -72,7 +80,8 @@ tsdatabundle& tsdatabundle::putItem(udatatype type, unsigned long long value) {
 }
 
 tsdatabundle& tsdatabundle::putInt32(int value) {
-  return putItem(tbundleitem::dtInt32, static_cast<unsigned long long>(static_cast<long long>(value)));
+  return putItem(tbundleitem::dtInt32,
+                 static_cast<unsigned long long>(static_cast<long long>(value)));
 }
 
 tsdatabundle& tsdatabundle::putUInt32(unsigned int value) {
@@ -122,28 +131,46 @@ unsigned long long tsdatabundle::getItem(int index) {
   return item != nullptr ? item->value() : 0;
 }
 
-int tsdatabundle::getInt32(int index) { return valueAsInt32(getItem(index)); }
+int tsdatabundle::getInt32(int index) {
+  return valueAsInt32(getItem(index));
+}
 
-unsigned int tsdatabundle::getUInt32(int index) { return valueAsUInt32(getItem(index)); }
+unsigned int tsdatabundle::getUInt32(int index) {
+  return valueAsUInt32(getItem(index));
+}
 
-long long tsdatabundle::getInt64(int index) { return static_cast<long long>(getItem(index)); }
+long long tsdatabundle::getInt64(int index) {
+  return static_cast<long long>(getItem(index));
+}
 
-unsigned long long tsdatabundle::getUInt64(int index) { return getItem(index); }
+unsigned long long tsdatabundle::getUInt64(int index) {
+  return getItem(index);
+}
 
-double tsdatabundle::getFloat(int index) { return valueAsFloat(getItem(index)); }
+double tsdatabundle::getFloat(int index) {
+  return valueAsFloat(getItem(index));
+}
 
-bool tsdatabundle::getBoolean(int index) { return getItem(index) != 0; }
+bool tsdatabundle::getBoolean(int index) {
+  return getItem(index) != 0;
+}
 
-const char* tsdatabundle::getString(int index) { return valueAsString(getItem(index)); }
+const char* tsdatabundle::getString(int index) {
+  return valueAsString(getItem(index));
+}
 
-void* tsdatabundle::getObject(int index) { return valueAsObject(getItem(index)); }
+void* tsdatabundle::getObject(int index) {
+  return valueAsObject(getItem(index));
+}
 
 const tbytesdata& tsdatabundle::getBytesData(int index) {
   const tbundleitem* item = m_store->read(index);
   return (item != nullptr ? *item : sharedEmptyItem()).asBytesData();
 }
 
-void tsdatabundle::resetPos() { m_store->cursor = 0; }
+void tsdatabundle::resetPos() {
+  m_store->cursor = 0;
+}
 
 tbundleitem& tsdatabundle::operator[](int index) {
   if (m_store->valid(index)) return m_store->items[static_cast<std::size_t>(index)];
@@ -169,7 +196,9 @@ void tsdatabundle::clear() {
   m_store->cursor = 0;
 }
 
-int tsdatabundle::itemsCount() const { return static_cast<int>(m_store->items.size()); }
+int tsdatabundle::itemsCount() const {
+  return static_cast<int>(m_store->items.size());
+}
 
 bool tsdatabundle::operator==(const tsdatabundle& other) const {
   return m_store->items == other.m_store->items;

@@ -11,9 +11,9 @@
 
 #include "testing/log_capture.h"
 #include "testing/test_component.h"
-#include "zeb/utils/lasterror.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/strings/TWideString.h"
+#include "zeb/utils/lasterror.h"
 
 namespace {
 
@@ -42,7 +42,9 @@ bool hasMessage(const zeb::testing::LogCapture& log, const std::string& message)
   return std::find(messages.begin(), messages.end(), message) != messages.end();
 }
 
-TWideString widePath(const std::string& path) { return TWideString(path.c_str(), MIB_UTF8); }
+TWideString widePath(const std::string& path) {
+  return TWideString(path.c_str(), MIB_UTF8);
+}
 
 TEST(ComponentLoader, OneModuleVariableLoadsOnceAndCreatesTwoObjects) {
   zeb::testing::LogCapture log(MLOG_INFO);
@@ -59,8 +61,8 @@ TEST(ComponentLoader, OneModuleVariableLoadsOnceAndCreatesTwoObjects) {
   ASSERT_NE(second, nullptr);
   EXPECT_NE(first, second);
   EXPECT_EQ(first->refCount(), 1);
-  const std::string loadLine = std::string("loadCreateAppInterfaceObject(),load ") +
-                               ZEB_TEST_COMPONENT_PATH + " success!";
+  const std::string loadLine =
+      std::string("loadCreateAppInterfaceObject(),load ") + ZEB_TEST_COMPONENT_PATH + " success!";
   const auto messages = log.messages();
   EXPECT_EQ(std::count(messages.begin(), messages.end(), loadLine), 1);
   EXPECT_EQ(first->Release(), 0u);
@@ -70,9 +72,9 @@ TEST(ComponentLoader, OneModuleVariableLoadsOnceAndCreatesTwoObjects) {
 TEST(ComponentLoader, TheComponentReadsABundleThroughItsInterface) {
   HMODULE module = nullptr;
   interface_classbase* object = nullptr;
-  ASSERT_EQ(loadCreateInterfaceObjectFromPath(widePath(ZEB_TEST_COMPONENT_PATH).p(), &object,
-                                              &module),
-            1);
+  ASSERT_EQ(
+      loadCreateInterfaceObjectFromPath(widePath(ZEB_TEST_COMPONENT_PATH).p(), &object, &module),
+      1);
   auto* component = dynamic_cast<itestcomponent*>(object);
   ASSERT_NE(component, nullptr);
 
@@ -119,9 +121,9 @@ TEST(ComponentLoader, ALibraryWithoutTheFactoryGivesZeroWithoutLastError) {
   clearLastError();
   HMODULE module = nullptr;
   interface_classbase* object = nullptr;
-  EXPECT_EQ(loadCreateInterfaceObjectFromPath(widePath(ZEB_TEST_NOFACTORY_PATH).p(), &object,
-                                              &module),
-            0);
+  EXPECT_EQ(
+      loadCreateInterfaceObjectFromPath(widePath(ZEB_TEST_NOFACTORY_PATH).p(), &object, &module),
+      0);
   EXPECT_NE(module, nullptr);  // loaded; only the factory is missing
   EXPECT_EQ(object, nullptr);
   EXPECT_TRUE(hasMessage(log, std::string("loadCreateAppInterfaceObject(),get createInterfaceObject"

@@ -21,11 +21,17 @@ unsigned shortAddress(const void* p) {
   return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(p));
 }
 
-void fatalLine(int line) { ZEB_Log_AssertA(false, kSource, line); }
+void fatalLine(int line) {
+  ZEB_Log_AssertA(false, kSource, line);
+}
 
-std::recursive_mutex& lockOf(void* lock) { return *static_cast<std::recursive_mutex*>(lock); }
+std::recursive_mutex& lockOf(void* lock) {
+  return *static_cast<std::recursive_mutex*>(lock);
+}
 
-bool sameGuid(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
+bool sameGuid(const GUID& a, const GUID& b) {
+  return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
 
 // Holds the count's lock for a scope when the object asks for one.
 class CountGuard {

@@ -72,7 +72,9 @@ void setLastError(int code, const char* text) {
   }
 }
 
-int getLastErrorCode(void) { return g_code; }
+int getLastErrorCode(void) {
+  return g_code;
+}
 
 const char* getLastErrorText(void) {
   if (g_code == 0) return nullptr;

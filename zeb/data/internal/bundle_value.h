@@ -8,8 +8,12 @@
 
 namespace zeb::internal {
 
-inline int valueAsInt32(unsigned long long v) { return static_cast<int>(static_cast<uint32_t>(v)); }
-inline unsigned int valueAsUInt32(unsigned long long v) { return static_cast<unsigned int>(v); }
+inline int valueAsInt32(unsigned long long v) {
+  return static_cast<int>(static_cast<uint32_t>(v));
+}
+inline unsigned int valueAsUInt32(unsigned long long v) {
+  return static_cast<unsigned int>(v);
+}
 inline const char* valueAsString(unsigned long long v) {
   return reinterpret_cast<const char*>(static_cast<std::uintptr_t>(v));
 }
