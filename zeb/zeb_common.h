@@ -2,6 +2,7 @@
 #ifndef ZEB_ZEB_COMMON_H
 #define ZEB_ZEB_COMMON_H
 
+#include "zeb/zeb_api.h"
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/binary_hex.h"
 #include "zeb/data/tbytesdata.h"
@@ -21,6 +22,5 @@
 #include "zeb/utils/interface_classbase.h"
 #include "zeb/utils/lasterror.h"
 #include "zeb/utils/mfile.h"
-#include "zeb/zeb_api.h"
 
 #endif  // ZEB_ZEB_COMMON_H
