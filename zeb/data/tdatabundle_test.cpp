@@ -263,4 +263,60 @@ TEST(TDataBundleInterface, WithoutABundleEverythingIsZero) {
   view->Release();
 }
 
+#if defined(__GNUC__) && !defined(_WIN32)
+// A component built against an older header calls by table position, so the order is fixed.
+// Under the Itanium C++ ABI the destructor takes two entries: position n of the documented table
+// is entry n + 1 from slot 4 on.
+#if defined(__clang__)
+#define ZEB_TEST_NO_FUNCTION_CHECK __attribute__((no_sanitize("function")))
+#else
+#define ZEB_TEST_NO_FUNCTION_CHECK
+#endif
+template <typename Result, typename... Args>
+ZEB_TEST_NO_FUNCTION_CHECK Result callEntry(idatabundle* view, int documentedSlot, Args... args) {
+  void** table = *reinterpret_cast<void***>(view);
+  const int entry = documentedSlot >= 4 ? documentedSlot + 1 : documentedSlot;
+  auto function = reinterpret_cast<Result (*)(idatabundle*, Args...)>(table[entry]);
+  return function(view, args...);
+}
+
+TEST(TDataBundleInterface, VirtualTableKeepsTheDocumentedOrder) {
+  tdatabundle b;
+  zeb::PassRefPtr<idatabundle> holder = b.wrapAsInterface();
+  idatabundle* view = holder.get();
+  int target = 0;
+  EXPECT_EQ(callEntry<unsigned long>(view, 1), 2u);  // AddRef
+  EXPECT_EQ(callEntry<unsigned long>(view, 2), 1u);  // Release
+  EXPECT_TRUE(callEntry<bool>(view, 5, "i32", -7));
+  EXPECT_TRUE(callEntry<bool>(view, 6, "u32", 7u));
+  EXPECT_TRUE(callEntry<bool>(view, 7, "i64", -(1LL << 40)));
+  EXPECT_TRUE(callEntry<bool>(view, 8, "u64", 1ULL << 41));
+  EXPECT_TRUE(callEntry<bool>(view, 9, "s", "text"));
+  EXPECT_TRUE(callEntry<bool>(view, 10, "o", static_cast<void*>(&target)));
+  EXPECT_EQ(b["i32"].type(), tbundleitem::dtInt32);
+  EXPECT_EQ(b["u32"].type(), tbundleitem::dtUInt32);
+  EXPECT_EQ(b["i64"].type(), tbundleitem::dtInt64);
+  EXPECT_EQ(b["u64"].type(), tbundleitem::dtUInt64);
+  EXPECT_EQ(b["o"].type(), tbundleitem::dtObject);
+  EXPECT_TRUE(callEntry<bool>(view, 4, "s"));
+  EXPECT_EQ(callEntry<int>(view, 11, "i32"), -7);
+  EXPECT_EQ(callEntry<unsigned>(view, 12, "i32"), static_cast<unsigned>(-7));
+  EXPECT_EQ(callEntry<long long>(view, 13, "i64"), -(1LL << 40));
+  EXPECT_EQ(callEntry<unsigned long long>(view, 14, "u64"), 1ULL << 41);
+  EXPECT_TRUE(callEntry<bool>(view, 15, "u32"));
+  EXPECT_STREQ(callEntry<const char*>(view, 16, "s"), "text");
+  EXPECT_EQ(callEntry<void*>(view, 17, "o"), &target);
+  EXPECT_TRUE(callEntry<bool>(view, 18, "o"));
+  EXPECT_EQ(callEntry<int>(view, 20), 5);
+  EXPECT_NE(callEntry<const tdatabundleItemData*>(view, 21), nullptr);
+  EXPECT_NE(callEntry<const tdatabundleItemData*>(view, 22), nullptr);
+  tdatabundle other("added", 1LL);
+  zeb::PassRefPtr<idatabundle> otherView = other.wrapAsInterface();
+  callEntry<void>(view, 23, otherView.get());
+  EXPECT_TRUE(b.has("added"));
+  callEntry<void>(view, 19);
+  EXPECT_EQ(b.itemsCount(), 0);
+}
+#endif
+
 }  // namespace
