@@ -75,7 +75,7 @@ TEST(ComponentLoader, TheComponentReadsABundleThroughItsInterface) {
   ASSERT_EQ(
       loadCreateInterfaceObjectFromPath(widePath(ZEB_TEST_COMPONENT_PATH).p(), &object, &module),
       1);
-  auto* component = dynamic_cast<itestcomponent*>(object);
+  auto* component = static_cast<itestcomponent*>(object);  // what this factory makes
   ASSERT_NE(component, nullptr);
 
   tdatabundle bundle;
