@@ -17,15 +17,16 @@
 #include <utility>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/data/tdatabundle.h"
 
 namespace {
 
-class Input {
+using zeb::fuzz::check;
+
+class Input : public zeb::fuzz::FuzzInput {
  public:
-  Input(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  bool done() const { return pos_ >= size_; }
-  unsigned char byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  using FuzzInput::FuzzInput;
   int smallInt() { return static_cast<int>(byte() % 16) - 2; }
   std::string key() {
     std::string k(1 + byte() % 3, 'a');
@@ -33,21 +34,8 @@ class Input {
     return k;
   }
   // Up to 15 bytes of input, NULs included.
-  std::string block() {
-    std::string out;
-    for (int n = byte() % 16; n > 0 && !done(); --n) out.push_back(static_cast<char>(byte()));
-    return out;
-  }
-
- private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t pos_ = 0;
+  std::string block() { return take(byte() % 16); }
 };
-
-void check(bool ok) {
-  if (!ok) abort();
-}
 
 struct Model;
 

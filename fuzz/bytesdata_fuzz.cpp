@@ -13,37 +13,27 @@
 #include <algorithm>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/data/tbytesdata.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class Input {
+using zeb::fuzz::check;
+
+class Input : public zeb::fuzz::FuzzInput {
  public:
-  Input(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  bool done() const { return pos_ >= size_; }
-  unsigned char byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  using FuzzInput::FuzzInput;
   // A count or position in -8..119: mostly small, sometimes negative.
   int smallInt() { return static_cast<int>(byte() % 128) - 8; }
   bool flag() { return (byte() & 1) != 0; }
   // Up to 31 bytes of input; the remaining input when it is shorter.
   Bytes block() {
-    const size_t n = std::min<size_t>(byte() % 32, size_ - std::min(pos_, size_));
-    Bytes out(data_ + pos_, data_ + pos_ + n);
-    pos_ += n;
-    return out;
+    const std::string bytes = take(byte() % 32);
+    return Bytes(bytes.begin(), bytes.end());
   }
-
- private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t pos_ = 0;
 };
-
-void check(bool ok) {
-  if (!ok) abort();
-}
 
 void checkSame(const tbytesdata& buffer, const Bytes& model) {
   check(buffer.size() == static_cast<int>(model.size()));
