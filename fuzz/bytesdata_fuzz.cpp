@@ -20,7 +20,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class Input : public FuzzInput {
+class Input : public zeb::fuzz::FuzzInput {
  public:
   using FuzzInput::FuzzInput;
   // A count or position in -8..119: mostly small, sometimes negative.
@@ -28,21 +28,15 @@ class Input : public FuzzInput {
   bool flag() { return (byte() & 1) != 0; }
   // Up to 31 bytes of input; the remaining input when it is shorter.
   Bytes block() {
-    const size_t n = std::min<size_t>(byte() % 32, size_ - std::min(pos_, size_));
-    Bytes out(data_ + pos_, data_ + pos_ + n);
-    pos_ += n;
-    return out;
+    const std::string bytes = take(byte() % 32);
+    return Bytes(bytes.begin(), bytes.end());
   }
 };
 
-void check(bool ok) {
-  if (!ok) abort();
-}
-
 void checkSame(const tbytesdata& buffer, const Bytes& model) {
-  check(buffer.size() == static_cast<int>(model.size()));
-  check(buffer.size() >= 0 && buffer.dataCapacity() >= buffer.size());
-  check(model.empty() || memcmp(buffer.p(), model.data(), model.size()) == 0);
+  FUZZ_CHECK(buffer.size() == static_cast<int>(model.size()));
+  FUZZ_CHECK(buffer.size() >= 0 && buffer.dataCapacity() >= buffer.size());
+  FUZZ_CHECK(model.empty() || memcmp(buffer.p(), model.data(), model.size()) == 0);
 }
 
 tbytesdata toBuffer(const Bytes& bytes) {
@@ -107,7 +101,7 @@ void appendInteger(tbytesdata& buffer, Bytes& model, Input& in) {
   }
   const Bytes bytes = littleEndian(value, width);
   model.insert(model.end(), bytes.begin(), bytes.end());
-  check(buffer.dataCapacity() == expectedCapacity(capacity, size, width, true));
+  FUZZ_CHECK(buffer.dataCapacity() == expectedCapacity(capacity, size, width, true));
 }
 
 void appendBlock(tbytesdata& buffer, Bytes& model, Input& in) {
@@ -118,7 +112,7 @@ void appendBlock(tbytesdata& buffer, Bytes& model, Input& in) {
   const int k = static_cast<int>(bytes.size());
   buffer.append(bytes.data(), k, doubleIt);
   model.insert(model.end(), bytes.begin(), bytes.end());
-  if (k > 0) check(buffer.dataCapacity() == expectedCapacity(capacity, size, k, doubleIt));
+  if (k > 0) FUZZ_CHECK(buffer.dataCapacity() == expectedCapacity(capacity, size, k, doubleIt));
 }
 
 void checkReaders(const tbytesdata& buffer, const Bytes& model) {
@@ -126,10 +120,10 @@ void checkReaders(const tbytesdata& buffer, const Bytes& model) {
   const int width64 = size >= 8 ? 8 : size >= 4 ? 4 : size >= 2 ? 2 : size;
   unsigned long long expected = 0;
   for (int i = width64 - 1; i >= 0; --i) expected = (expected << 8) | model[i];
-  check(buffer.asUInt64() == expected);
-  check(buffer.asUInt32() ==
+  FUZZ_CHECK(buffer.asUInt64() == expected);
+  FUZZ_CHECK(buffer.asUInt32() ==
         static_cast<unsigned int>(size >= 8 ? expected & 0xFFFFFFFFu : expected));
-  check(buffer.asUInt16() == static_cast<unsigned short>(size >= 4 ? expected & 0xFFFF : expected));
+  FUZZ_CHECK(buffer.asUInt16() == static_cast<unsigned short>(size >= 4 ? expected & 0xFFFF : expected));
 }
 
 void step(tbytesdata& buffer, Bytes& model, Input& in) {
@@ -140,7 +134,7 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       const int size = buffer.size();
       buffer.append(b);
       model.push_back(b);
-      check(buffer.dataCapacity() == expectedCapacity(capacity, size, 1, true));
+      FUZZ_CHECK(buffer.dataCapacity() == expectedCapacity(capacity, size, 1, true));
       break;
     }
     case 1:
@@ -176,7 +170,7 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       const Bytes cut = modelCut(model, pos, n);
       const tbytesdata part = buffer.takeData(pos, n);
       checkSame(part, cut);
-      check(part.dataCapacity() == 2 * part.size());
+      FUZZ_CHECK(part.dataCapacity() == 2 * part.size());
       if (!cut.empty()) model.erase(model.begin() + pos, model.begin() + pos + cut.size());
       break;
     }
@@ -185,15 +179,15 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       const int n = in.smallInt();
       const tbytesdata part = buffer.copyData(pos, n);
       checkSame(part, modelCut(model, pos, n));
-      check(part.dataCapacity() == 2 * part.size());
+      FUZZ_CHECK(part.dataCapacity() == 2 * part.size());
       break;
     }
     case 8: {  // needle from the input, or a slice of the content so that matches are common
       Bytes needle = in.block();
       if (in.flag()) needle = modelCut(model, in.smallInt(), in.smallInt());
       const int start = in.smallInt();
-      check(buffer.findData(toBuffer(needle), start) == modelFind(model, needle, start));
-      check(buffer.countOfSubData(toBuffer(needle)) == modelCount(model, needle));
+      FUZZ_CHECK(buffer.findData(toBuffer(needle), start) == modelFind(model, needle, start));
+      FUZZ_CHECK(buffer.countOfSubData(toBuffer(needle)) == modelCount(model, needle));
       break;
     }
     case 9: {
@@ -216,7 +210,7 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       const int capacity = buffer.dataCapacity();
       buffer.clearData(freeMemory);
       model.clear();
-      check(buffer.dataCapacity() == (freeMemory ? 0 : capacity));
+      FUZZ_CHECK(buffer.dataCapacity() == (freeMemory ? 0 : capacity));
       break;
     }
     case 12: {
@@ -225,7 +219,7 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       Bytes expected = model;
       expected.insert(expected.end(), bytes.begin(), bytes.end());
       checkSame(sum, expected);
-      check(sum.dataCapacity() == sum.size());
+      FUZZ_CHECK(sum.dataCapacity() == sum.size());
       if (in.flag()) {
         buffer = sum;
         model = expected;
@@ -234,7 +228,7 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
     }
     case 13: {
       tbytesdata moved(std::move(buffer));
-      check(buffer.p() == nullptr && buffer.size() == 0 && buffer.dataCapacity() == 0);
+      FUZZ_CHECK(buffer.p() == nullptr && buffer.size() == 0 && buffer.dataCapacity() == 0);
       buffer = in.flag() ? tbytesdata(moved) : std::move(moved);
       break;
     }
@@ -242,8 +236,8 @@ void step(tbytesdata& buffer, Bytes& model, Input& in) {
       checkReaders(buffer, model);
       break;
     default:
-      check(buffer == toBuffer(model));
-      check(buffer.hashValue() ==
+      FUZZ_CHECK(buffer == toBuffer(model));
+      FUZZ_CHECK(buffer.hashValue() ==
             TAnsiString::hashValue(reinterpret_cast<const char*>(model.data()),
                                    static_cast<int>(model.size())));
       break;

@@ -23,7 +23,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class Input : public FuzzInput {
+class Input : public zeb::fuzz::FuzzInput {
  public:
   using FuzzInput::FuzzInput;
   unsigned word() { return byte() | (static_cast<unsigned>(byte()) << 8); }

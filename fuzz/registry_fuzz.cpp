@@ -20,7 +20,7 @@ namespace {
 
 const zwchar_t* const kRoot = ZW("SOFTWARE\\zebworks\\fuzz");
 
-class Input : public FuzzInput {
+class Input : public zeb::fuzz::FuzzInput {
  public:
   using FuzzInput::FuzzInput;
   // 1 to 8 units, never NUL; some ASCII letters so that case matters.

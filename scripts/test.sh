@@ -86,8 +86,8 @@ for bench in "$build"/release/bench/zeb_*_bench; do
   echo "$(basename "$bench"): $(grep -cE ' (ns|us|ms) ' "$bench.log") benchmarks ran"
 done
 
-step "Thread, task, pool, log, CSV and registry tests under ThreadSanitizer"
-tsan_suites=(zeb_thread_test zeb_log_test zeb_formats_test zeb_utils_test)
+step "Thread, task, pool, log, CSV, registry and component tests under ThreadSanitizer"
+tsan_suites=(zeb_thread_test zeb_log_test zeb_formats_test zeb_utils_test zeb_component_test)
 configure_and_build "$build/tsan" -DZEB_SANITIZE=thread -DZEB_BUILD_EXAMPLES=OFF -- \
   "${tsan_suites[@]}"
 TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$build/tsan" -j "$jobs" --output-on-failure \
