@@ -2,6 +2,7 @@
 zeb_debian_packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev pkg-config locales
   libgtest-dev libgmock-dev libbenchmark-dev libxxhash-dev libicu-dev libspdlog-dev libglib2.0-dev
+  unicode-data python3 bzip2
 )
 
 zeb_install_missing_packages() {

@@ -7,6 +7,7 @@
 #include "zeb/data/binary_hex.h"
 #include "zeb/data/tbytesdata.h"
 #include "zeb/datetime/mdatetime.h"
+#include "zeb/formats/TPinyinWrapper.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"
