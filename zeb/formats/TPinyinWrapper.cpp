@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "zeb/charset/zeb_charset.h"
@@ -102,32 +103,37 @@ Decoded decodeUtf16(const zwchar_t* s, int left) {
   return {unit, 1, !(unit >= 0xD800 && unit <= 0xDFFF)};
 }
 
-// UTF-8 pinyin (tone-marked letters are all in the BMP) appended to UTF-16 text.
-void appendUtf8AsUtf16(TWideString& out, const TAnsiString& text) {
-  const auto* s = reinterpret_cast<const unsigned char*>(text.p());
-  const int length = text.length();
-  for (int i = 0; i < length;) {
-    const Decoded d = decodeUtf8(s + i, length - i);
-    out.appendChar(static_cast<zwchar_t>(d.codePoint));
-    i += d.units;
-  }
-}
-
 // Where the output goes: raw input units copied as they are, syllables and separators added.
+// The text grows in a standard string (the library's strings measure themselves on every append).
 struct Utf8Output {
-  TAnsiString text;
+  std::string text;
   const char* separator;
   void copy(const char* units, int count) { text.append(units, count); }
-  void addSyllable(const TAnsiString& syllable) { text.append(syllable); }
-  void addSeparator() { text.append(separator); }
+  void addSyllable(const TAnsiString& syllable) { text.append(syllable.p()); }
+  void addSeparator() {
+    if (separator != nullptr) text.append(separator);
+  }
+  TAnsiString result() const { return TAnsiString(text.data(), static_cast<int>(text.size())); }
 };
 
 struct Utf16Output {
-  TWideString text;
+  std::basic_string<zwchar_t> text;
   const zwchar_t* separator;
   void copy(const zwchar_t* units, int count) { text.append(units, count); }
-  void addSyllable(const TAnsiString& syllable) { appendUtf8AsUtf16(text, syllable); }
-  void addSeparator() { text.append(separator); }
+  // Pinyin letters are all in the BMP.
+  void addSyllable(const TAnsiString& syllable) {
+    const auto* s = reinterpret_cast<const unsigned char*>(syllable.p());
+    const int length = syllable.length();
+    for (int i = 0; i < length;) {
+      const Decoded d = decodeUtf8(s + i, length - i);
+      text.push_back(static_cast<zwchar_t>(d.codePoint));
+      i += d.units;
+    }
+  }
+  void addSeparator() {
+    if (separator != nullptr) text.append(separator);
+  }
+  TWideString result() const { return TWideString(text.data(), static_cast<int>(text.size())); }
 };
 
 template <typename Unit, typename Output, typename Decode>
@@ -135,7 +141,7 @@ void convertText(const Unit* text, int length, int style, Output& out, Decode de
   enum { Start, Syllable, Alnum, Other } previous = Start;
   unsigned short ids[kMaxReadings];
   TAnsiString syllable;
-  for (int i = 0; i < length;) {
+  for (int i = 0; i < length && text[i] != 0;) {
     const Decoded d = decode(text + i, length - i);
     if (d.valid && readingIds(d.codePoint, ids) > 0) {
       if (previous == Syllable || previous == Alnum) out.addSeparator();
@@ -185,22 +191,22 @@ TAnsiString TPinyinWrapper::allReadings(unsigned codePoint, int style, const cha
 
 TAnsiString TPinyinWrapper::fromUTF8(const char* text, int length, int style,
                                      const char* separator) {
-  Utf8Output out{TAnsiString(), separator};
-  if (text == nullptr) return out.text;
+  Utf8Output out{std::string(), separator};
+  if (text == nullptr) return TAnsiString();
   if (length < 0) length = static_cast<int>(std::strlen(text));
   convertText(text, length, style, out, [](const char* s, int left) {
     return decodeUtf8(reinterpret_cast<const unsigned char*>(s), left);
   });
-  return out.text;
+  return out.result();
 }
 
 TWideString TPinyinWrapper::fromUTF16(const zwchar_t* text, int length, int style,
                                       const zwchar_t* separator) {
-  Utf16Output out{TWideString(), separator};
-  if (text == nullptr) return out.text;
+  Utf16Output out{std::basic_string<zwchar_t>(), separator};
+  if (text == nullptr) return TWideString();
   if (length < 0) length = static_cast<int>(zeb_wcslen(text));
   convertText(text, length, style, out, decodeUtf16);
-  return out.text;
+  return out.result();
 }
 
 TAnsiString TPinyinWrapper::fromGB2312(const char* text, int length, int style,

@@ -20,6 +20,8 @@
 //   zeb::TPinyinWrapper::fromUTF8("张三", -1, zeb::TPinyinWrapper::Initials, ""); // "zs"
 //   zeb::TPinyinWrapper::readingCount(0x884C);                                  // 行: 5
 //
+// A text ends at its first NUL even within the length given.
+//
 // Neutral results: a code point without a reading has 0 readings and an empty reading; a null
 // text gives an empty result; an unknown style counts as ToneMarks.
 #ifndef ZEB_FORMATS_TPINYINWRAPPER_H

@@ -48,6 +48,7 @@ TEST(PinyinText, LatinAndHanMixed) {
   // A length stops the text mid-way; the separator may be empty or null-free text.
   EXPECT_STREQ(TPinyinWrapper::fromUTF8("张三李四", 6, TPinyinWrapper::Plain, "/").p(),
                "zhang/san");
+  EXPECT_STREQ(TPinyinWrapper::fromUTF8("张\0三", 7, TPinyinWrapper::Plain).p(), "zhang");
 }
 
 TEST(PinyinText, BadUtf8IsCopiedAndTheRestConverts) {
