@@ -13,6 +13,7 @@ install(DIRECTORY zeb/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zeb
   FILES_MATCHING PATTERN "*.h"
   PATTERN "internal" EXCLUDE
   PATTERN "platform" EXCLUDE
+  PATTERN "testdata" EXCLUDE
   PATTERN "*_test.h" EXCLUDE)
 install(FILES zeb/platform/wintypes.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zeb/platform)
 

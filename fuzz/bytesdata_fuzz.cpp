@@ -13,17 +13,16 @@
 #include <algorithm>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/data/tbytesdata.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class Input {
+class Input : public FuzzInput {
  public:
-  Input(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-  bool done() const { return pos_ >= size_; }
-  unsigned char byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  using FuzzInput::FuzzInput;
   // A count or position in -8..119: mostly small, sometimes negative.
   int smallInt() { return static_cast<int>(byte() % 128) - 8; }
   bool flag() { return (byte() & 1) != 0; }
@@ -34,11 +33,6 @@ class Input {
     pos_ += n;
     return out;
   }
-
- private:
-  const uint8_t* data_;
-  size_t size_;
-  size_t pos_ = 0;
 };
 
 void check(bool ok) {

@@ -27,5 +27,45 @@ echo "== zeb_tasks: a task on a task thread reads README.md, converts it and log
 "$build/examples/zeb_tasks" "$root/README.md" "$logs/tasks"
 grep -E 'demo|ttask' "$logs/tasks/zeb_tasks.log" | tail -n 8
 echo
+echo "== zeb_table: a GB18030 CSV file read on a task thread, printed as UTF-8 with INI settings"
+"$build/examples/zeb_table" "$root/examples/data/contacts.gb18030.csv" "$root/examples/data/table.ini"
+echo
 echo "== zeb_dates: today in every text style"
 "$build/examples/zeb_dates"
+echo
+echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
+"$build/examples/zeb_lunar"
+echo
+echo "== zeb_settings: settings kept in the registry ($build/registry/user.db), run twice"
+rm -rf "$build/registry"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
+echo
+zeb="$build/tools/zeb/zeb"
+data="$root/examples/data"
+echo "== zeb, the command-line tool"
+echo "-- zeb convert: the GB18030 poem as UTF-8, as iconv would convert it"
+"$zeb" convert -f GB18030 -t UTF-8 "$data/jingyesi.gb18030.txt"
+echo "-- zeb hash: the MD5 digests of the example data, in the layout of md5sum"
+"$zeb" hash "$data"/*
+echo "-- zeb base64: a line of text as Base64, and back"
+encoded=$(echo "zeb_common" | "$zeb" base64)
+echo "$encoded"
+echo "$encoded" | "$zeb" base64 -d
+echo "-- zeb grep: the lines of README.md that match '*zeb_common*'"
+"$zeb" grep '*zeb_common*' "$root/README.md"
+echo "-- zeb date: a leap day in every text style"
+"$zeb" date 2024-02-29
+echo "-- zeb lunar: the first day of a leap month, with the year's solar terms"
+"$zeb" lunar 2023-03-22 | head -n 6
+echo "-- zeb csv: the GB18030 contact list as JSON lines in UTF-8"
+"$zeb" csv "$data/contacts.gb18030.csv" --json --charset GB18030
+echo "-- zeb ini: the demo's settings file, one value changed in a copy"
+cp "$data/table.ini" "$build/table.ini"
+"$zeb" ini set "$build/table.ini" print title "Contacts (copy)"
+"$zeb" ini list "$build/table.ini"
+echo "-- zeb similar: every similarity score of two spellings"
+"$zeb" similar "Report 2024" "report-2024"
+echo "-- zeb log level: a log folder set to debug through its marker file, then read back"
+"$zeb" log level "$logs/tool" debug
+"$zeb" log level "$logs/tool"

@@ -2,6 +2,10 @@
 zeb_debian_packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev pkg-config locales
   libgtest-dev libgmock-dev libbenchmark-dev libxxhash-dev libicu-dev libspdlog-dev libglib2.0-dev
+  libcli11-dev doxygen dpkg-dev
+  libcsv-dev libinih-dev libsimpleini-dev
+  zlib1g-dev libdeflate-dev libssl-dev libmodpbase64-dev
+  libsqlite3-dev
   unicode-data python3 bzip2
 )
 

@@ -2,7 +2,8 @@
 # The test command. On a fresh Debian machine it installs what is missing, then:
 #   1. builds everything (library, tests, benchmarks, examples) and runs every test with CTest;
 #   2. installs the library into a temporary prefix and builds a consumer project against it,
-#      once with find_package and once with pkg-config;
+#      once with find_package and once with pkg-config; builds the API documentation; builds the
+#      Debian package, installs it with dpkg and builds the consumer against the installed files;
 #   3. builds the libFuzzer targets with clang and runs each briefly; runs the benchmarks once;
 #   4. rebuilds with AddressSanitizer + UndefinedBehaviorSanitizer and runs every test again.
 # Exits non-zero on the first failure. ZEB_BUILD_DIR chooses the build folder (default build/).
@@ -55,9 +56,23 @@ PKG_CONFIG_PATH="$prefix/lib/pkgconfig" sh -c \
   "$root" "$build"
 LD_LIBRARY_PATH="$prefix/lib" "$build/consumer_pc"
 
+step "API documentation (any Doxygen warning fails)"
+cmake --build "$build/release" --target docs
+
+step "Debian package: build, install with dpkg, use the installed files"
+rm -rf "$build/package" "$build/consumer-deb"
+cpack -G DEB --config "$build/release/CPackConfig.cmake" -B "$build/package" >/dev/null
+sudo=""
+[ "$(id -u)" -ne 0 ] && sudo="sudo"
+$sudo dpkg -i "$build"/package/zeb-common_*.deb >/dev/null
+zeb --version
+cmake -S "$root/examples/consumer" -B "$build/consumer-deb" -G Ninja >/dev/null
+cmake --build "$build/consumer-deb"
+"$build/consumer-deb/zeb_consumer"
+
 step "Fuzz targets (a few seconds each)"
 CC=clang CXX=clang++ configure_and_build "$build/fuzz" -DZEB_BUILD_FUZZ=ON -DZEB_BUILD_TESTS=OFF \
-  -DZEB_BUILD_EXAMPLES=OFF
+  -DZEB_BUILD_EXAMPLES=OFF -DZEB_BUILD_TOOLS=OFF
 for fuzzer in "$build"/fuzz/fuzz/zeb_fuzz_*; do
   [ -x "$fuzzer" ] || continue
   echo "$(basename "$fuzzer")"
@@ -71,8 +86,8 @@ for bench in "$build"/release/bench/zeb_*_bench; do
   echo "$(basename "$bench"): $(grep -cE ' (ns|us|ms) ' "$bench.log") benchmarks ran"
 done
 
-step "Thread, task and log tests under ThreadSanitizer"
-tsan_suites=(zeb_thread_test zeb_log_test)
+step "Thread, task, log, CSV and registry tests under ThreadSanitizer"
+tsan_suites=(zeb_thread_test zeb_log_test zeb_formats_test zeb_utils_test)
 configure_and_build "$build/tsan" -DZEB_SANITIZE=thread -DZEB_BUILD_EXAMPLES=OFF -- \
   "${tsan_suites[@]}"
 TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$build/tsan" -j "$jobs" --output-on-failure \

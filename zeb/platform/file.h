@@ -9,6 +9,7 @@
 #ifndef ZEB_PLATFORM_FILE_H
 #define ZEB_PLATFORM_FILE_H
 
+#include <cstddef>
 #include <cstdio>
 
 #include "zeb/zeb_api.h"
@@ -32,6 +33,13 @@ bool makeFolder(const zwchar_t* path);
 // is missing or cannot be examined. It opens nothing, so it works on files the process cannot
 // read. A null `size` only tests that the entry can be examined.
 bool fileSize(const zwchar_t* path, long long* size);
+
+// Replaces the content of the file at the 8-bit `path` (passed to the C library as it is) with
+// `size` bytes of `data`, never leaving it half written: an existing file gets the new content in
+// a temporary file beside it, with the old file's permissions, which is then renamed over it; a
+// new file is written directly and removed again if writing fails. False, with nothing written,
+// when the file exists but cannot be opened for writing or its folder cannot take the new file.
+bool replaceFileContent(const char* path, const void* data, size_t size);
 
 }  // namespace platform
 }  // namespace zeb
