@@ -2,6 +2,7 @@
 
 #include "zeb/formats/tvcard.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -90,12 +91,12 @@ std::string escaped(const char* text) {
   return out;
 }
 
-// Real line breaks in decoded text become the "\n" escape.
+// Real line breaks (LF or CR LF) in text become the "\n" escape.
 std::string escapedLineBreaks(const std::string& text) {
   std::string out;
   for (size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
-    if (text[i] == '\r' || text[i] == '\n') {
+    if (text[i] == '\n') {
       out += "\\n";
     } else {
       out += text[i];
@@ -310,8 +311,15 @@ class LineReader {
   static bool endsWithSoftBreak(const std::string& line) {
     if (line.empty() || line.back() != '=') return false;
     const size_t colon = line.find(':');
-    return colon != std::string::npos &&
-           upperText(line.substr(0, colon)).find("QUOTED-PRINTABLE") != std::string::npos;
+    if (colon == std::string::npos) return false;
+    size_t start = line.find(';');
+    while (start < colon) {
+      const size_t end = std::min(line.find(';', start + 1), colon);
+      const std::string param = upperText(trimmed(line.substr(start + 1, end - start - 1)));
+      if (param == "QUOTED-PRINTABLE" || param == "ENCODING=QUOTED-PRINTABLE") return true;
+      start = end;
+    }
+    return false;
   }
 
   const char* text_;
@@ -371,6 +379,17 @@ bool convertToUtf8(const std::string& charset, std::string& value) {
   return true;
 }
 
+// Property, group and parameter names: letters, digits and '-'.
+bool isName(const std::string& s) {
+  if (s.empty()) return false;
+  for (char c : s) {
+    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-')) {
+      return false;
+    }
+  }
+  return true;
+}
+
 // "NAME=value" or a 2.1 bare value ("CELL", "QUOTED-PRINTABLE", "UTF-8").
 std::pair<std::string, std::string> parseParam(const std::string& text) {
   const size_t eq = text.find('=');
@@ -420,9 +439,10 @@ bool splitLine(const std::string& line, Property& p) {
   }
   p.name = upperText(name);
   for (size_t i = 1; i < parts.size(); ++i) {
-    if (!trimmed(parts[i]).empty()) p.params.push_back(parseParam(parts[i]));
+    auto param = parseParam(parts[i]);
+    if (isName(param.first)) p.params.push_back(std::move(param));
   }
-  return !p.name.empty();
+  return isName(p.name) && (p.group.empty() || isName(p.group));
 }
 
 std::string takeParam(Property& p, const char* name) {
@@ -482,7 +502,8 @@ tvcard::tstatus decodeValue(Property& p) {
     return tvcard::BadEncoding;
   }
   if (!charset.empty() && !convertToUtf8(charset, p.value)) return tvcard::BadCharset;
-  if (!encoding.empty()) p.value = escapedLineBreaks(p.value);
+  if (p.value.find('\0') != std::string::npos) return tvcard::BadEncoding;  // text holds no NUL
+  p.value = escapedLineBreaks(p.value);
   return decodeDataUri(p) ? tvcard::Ok : tvcard::BadEncoding;
 }
 
@@ -504,10 +525,33 @@ tvcardfile& tvcardfile::operator=(const tvcardfile& other) {
 }
 tvcardfile::~tvcardfile() { delete cards; }
 
+namespace {
+
+// The text as UTF-8 up to its first NUL: a UTF-16 text (with its byte-order mark) is converted,
+// a UTF-8 byte-order mark dropped.
+std::string utf8Text(const char* text, size_t length) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+  const bool utf16le = length >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE;
+  const bool utf16be = length >= 2 && bytes[0] == 0xFE && bytes[1] == 0xFF;
+  if (utf16le || utf16be) {
+    std::string out((length - 2) / 2 * 3 + 4, '\0');
+    const int n = AnyToAny("UTF-8", utf16le ? "UTF-16LE" : "UTF-16BE", &out[0],
+                           static_cast<int>(out.size()), text + 2, static_cast<int>(length - 2));
+    out.resize(n > 0 ? n : 0);
+    return out.substr(0, out.find('\0'));
+  }
+  const size_t skip = length >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0 ? 3 : 0;
+  const void* nul = std::memchr(text + skip, 0, length - skip);
+  return std::string(text + skip, nul ? static_cast<const char*>(nul) : text + length);
+}
+
+}  // namespace
+
 int tvcardfile::readText(const char* text, int length) {
   clear();
   if (text == nullptr) return 0;
-  LineReader reader(text, length < 0 ? std::strlen(text) : static_cast<size_t>(length));
+  const std::string utf8 = utf8Text(text, length < 0 ? std::strlen(text) : static_cast<size_t>(length));
+  LineReader reader(utf8.data(), utf8.size());
   std::string line;
   bool tooLong = false;
   tvcardState* open = nullptr;
@@ -527,6 +571,8 @@ int tvcardfile::readText(const char* text, int length) {
       continue;
     } else if (isCardMark(p, "END")) {
       open = nullptr;
+    } else if (p.name == "BEGIN" || p.name == "END") {
+      continue;  // the marks of other objects (a nested calendar) are not properties
     } else if (p.name == "VERSION") {
       open->version = trimmed(p.value);
     } else {
@@ -601,7 +647,7 @@ bool needsQuotes(const std::string& value) {
 }
 
 std::string propertyLine(Property p, bool v4) {
-  std::string value = p.value;
+  std::string value = escapedLineBreaks(p.value);
   if (p.binary) {
     if (v4) {
       const std::string media = takeParam(p, "MEDIATYPE");
@@ -613,7 +659,9 @@ std::string propertyLine(Property p, bool v4) {
     }
   }
   std::string line = p.group.empty() ? p.name : p.group + "." + p.name;
-  for (const auto& [name, paramValue] : p.params) {
+  for (auto [name, paramValue] : p.params) {
+    // A parameter value cannot hold a double quote.
+    paramValue.erase(std::remove(paramValue.begin(), paramValue.end(), '"'), paramValue.end());
     line += ";" + name + "=" + (needsQuotes(paramValue) ? "\"" + paramValue + "\"" : paramValue);
   }
   return line + ":" + value;

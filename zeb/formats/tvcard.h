@@ -11,8 +11,9 @@
 //   }
 //   TAnsiString text = book.writeText(40);
 //
-// Reading unfolds lines (a line starting with a space or tab continues the one before), joins
-// quoted-printable soft breaks, decodes QUOTED-PRINTABLE, BASE64, b and data: URI values, converts
+// Reading takes UTF-8 text up to its first NUL (a UTF-16 text with a byte-order mark is converted
+// first, a UTF-8 byte-order mark skipped), unfolds lines (a line starting with a space or tab
+// continues the one before), joins quoted-printable soft breaks, decodes QUOTED-PRINTABLE, BASE64, b and data: URI values, converts
 // text with a CHARSET parameter (GB2312, GB18030, Big5, ...) to UTF-8 and keeps every other text
 // in its escaped form ("\n", "\,", "\;", "\\"); the text accessors resolve the escapes. Names of
 // properties and parameters are kept in upper case; a 2.1 bare parameter (TEL;CELL) becomes a TYPE

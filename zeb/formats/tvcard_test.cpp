@@ -176,6 +176,24 @@ TEST(VCardRead, FoldedBase64PhotoAndDataUri) {
   EXPECT_EQ(str(v4.bday()), "19531015T231000Z");
 }
 
+TEST(VCardRead, Utf16FilesAndByteOrderMarks) {
+  const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:\xE7\x8E\x8B\r\nEND:VCARD\r\n";
+  std::string utf16 = "\xFF\xFE";
+  for (char c : std::string("BEGIN:VCARD\r\nFN:")) utf16 += std::string{c, '\0'};
+  utf16 += std::string("\x8B\x73\r\0\n\0", 6);  // U+738B
+  for (char c : std::string("END:VCARD\r\n")) utf16 += std::string{c, '\0'};
+  tvcardfile book;
+  ASSERT_EQ(book.readText(utf16.data(), static_cast<int>(utf16.size())), 1);
+  EXPECT_EQ(str(book.card(0).fn()), "\xE7\x8E\x8B");
+  ASSERT_EQ(book.readText(("\xEF\xBB\xBF" + card).c_str()), 1);
+  EXPECT_EQ(book.card(0).status(), tvcard::Ok);
+  // Text ends at a NUL; a NUL decoded into text is a broken encoding.
+  const std::string withNul = card + std::string(1, '\0') + card;
+  EXPECT_EQ(book.readText(withNul.data(), static_cast<int>(withNul.size())), 1);
+  book.readText("BEGIN:VCARD\r\nNOTE;ENCODING=QUOTED-PRINTABLE:a=00b\r\nEND:VCARD\r\n");
+  EXPECT_EQ(book.card(0).status(), tvcard::BadEncoding);
+}
+
 TEST(VCardWrite, ReadWriteReadKeepsEveryProperty) {
   const std::string inputs[] = {kRfc3, kExport21, photoCard30(), kCard40};
   for (const std::string& input : inputs) {
