@@ -93,6 +93,7 @@ std::string escaped(const char* text) {
 
 // Real line breaks (LF or CR LF) in text become the "\n" escape.
 std::string escapedLineBreaks(const std::string& text) {
+  if (text.find('\n') == std::string::npos) return text;
   std::string out;
   for (size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
@@ -527,22 +528,26 @@ tvcardfile::~tvcardfile() { delete cards; }
 
 namespace {
 
-// The text as UTF-8 up to its first NUL: a UTF-16 text (with its byte-order mark) is converted,
-// a UTF-8 byte-order mark dropped.
-std::string utf8Text(const char* text, size_t length) {
+// The text as UTF-8 up to its first NUL: a UTF-16 text (with its byte-order mark) is converted
+// into `converted`, a UTF-8 byte-order mark skipped. Returns the text's start and sets `length`.
+const char* utf8Text(const char* text, size_t& length, std::string& converted) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(text);
   const bool utf16le = length >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE;
   const bool utf16be = length >= 2 && bytes[0] == 0xFE && bytes[1] == 0xFF;
   if (utf16le || utf16be) {
-    std::string out((length - 2) / 2 * 3 + 4, '\0');
-    const int n = AnyToAny("UTF-8", utf16le ? "UTF-16LE" : "UTF-16BE", &out[0],
-                           static_cast<int>(out.size()), text + 2, static_cast<int>(length - 2));
-    out.resize(n > 0 ? n : 0);
-    return out.substr(0, out.find('\0'));
+    converted.assign((length - 2) / 2 * 3 + 4, '\0');
+    const int n = AnyToAny("UTF-8", utf16le ? "UTF-16LE" : "UTF-16BE", &converted[0],
+                           static_cast<int>(converted.size()), text + 2,
+                           static_cast<int>(length - 2));
+    text = converted.data();
+    length = n > 0 ? n : 0;
+  } else if (length >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0) {
+    text += 3;
+    length -= 3;
   }
-  const size_t skip = length >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0 ? 3 : 0;
-  const void* nul = std::memchr(text + skip, 0, length - skip);
-  return std::string(text + skip, nul ? static_cast<const char*>(nul) : text + length);
+  const void* nul = std::memchr(text, 0, length);
+  if (nul != nullptr) length = static_cast<const char*>(nul) - text;
+  return text;
 }
 
 }  // namespace
@@ -550,8 +555,10 @@ std::string utf8Text(const char* text, size_t length) {
 int tvcardfile::readText(const char* text, int length) {
   clear();
   if (text == nullptr) return 0;
-  const std::string utf8 = utf8Text(text, length < 0 ? std::strlen(text) : static_cast<size_t>(length));
-  LineReader reader(utf8.data(), utf8.size());
+  size_t size = length < 0 ? std::strlen(text) : static_cast<size_t>(length);
+  std::string converted;
+  const char* utf8 = utf8Text(text, size, converted);
+  LineReader reader(utf8, size);
   std::string line;
   bool tooLong = false;
   tvcardState* open = nullptr;
