@@ -446,15 +446,20 @@ bool splitLine(const std::string& line, Property& p) {
   return isName(p.name) && (p.group.empty() || isName(p.group));
 }
 
+// The value of the first parameter `name`; every parameter of that name leaves the property.
 std::string takeParam(Property& p, const char* name) {
-  for (auto it = p.params.begin(); it != p.params.end(); ++it) {
-    if (it->first == name) {
-      std::string value = it->second;
-      p.params.erase(it);
-      return value;
+  std::string value;
+  bool found = false;
+  for (auto it = p.params.begin(); it != p.params.end();) {
+    if (it->first != name) {
+      ++it;
+      continue;
     }
+    if (!found) value = it->second;
+    found = true;
+    it = p.params.erase(it);
   }
-  return std::string();
+  return value;
 }
 
 // The media type a binary value has without a MEDIATYPE parameter: its TYPE as an image type
