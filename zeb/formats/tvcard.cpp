@@ -289,6 +289,7 @@ class LineReader {
       if (pos_ >= length_) break;
       appendPhysical(line, limit, tooLong);
     }
+    appendBase64Lines(line, limit, tooLong);
     return true;
   }
   int lineNumber() const { return firstLine_; }
@@ -308,19 +309,39 @@ class LineReader {
     }
     line.append(start, count);
   }
-  // A quoted-printable property whose line ends in '=' goes on with the next line.
-  static bool endsWithSoftBreak(const std::string& line) {
-    if (line.empty() || line.back() != '=') return false;
+  // Whether the parameters before the line's first ':' name `encoding` (bare or ENCODING=).
+  static bool hasEncoding(const std::string& line, const std::string& encoding) {
     const size_t colon = line.find(':');
     if (colon == std::string::npos) return false;
     size_t start = line.find(';');
     while (start < colon) {
       const size_t end = std::min(line.find(';', start + 1), colon);
       const std::string param = upperText(trimmed(line.substr(start + 1, end - start - 1)));
-      if (param == "QUOTED-PRINTABLE" || param == "ENCODING=QUOTED-PRINTABLE") return true;
+      if (param == encoding || param == "ENCODING=" + encoding) return true;
       start = end;
     }
     return false;
+  }
+  // A quoted-printable property whose line ends in '=' goes on with the next line.
+  static bool endsWithSoftBreak(const std::string& line) {
+    return !line.empty() && line.back() == '=' && hasEncoding(line, "QUOTED-PRINTABLE");
+  }
+  // A 2.1 BASE64 value may go on in lines that are not indented, up to an empty line; such a
+  // line holds no ':'.
+  void appendBase64Lines(std::string& line, size_t limit, bool& tooLong) {
+    if (!hasEncoding(line, "BASE64")) return;
+    while (pos_ < length_) {
+      const void* found = std::memchr(text_ + pos_, '\n', length_ - pos_);
+      const size_t end = found ? static_cast<const char*>(found) - text_ : length_;
+      const std::string next(text_ + pos_, end - pos_);
+      if (next.find(':') != std::string::npos) return;
+      if (trimmed(next).empty() || trimmed(next) == "\r") {
+        pos_ = found ? end + 1 : length_;
+        ++lineNumber_;
+        return;
+      }
+      appendPhysical(line, limit, tooLong);
+    }
   }
 
   const char* text_;

@@ -176,6 +176,18 @@ TEST(VCardRead, FoldedBase64PhotoAndDataUri) {
   EXPECT_EQ(str(v4.bday()), "19531015T231000Z");
 }
 
+TEST(VCardRead, Version21Base64RunsToTheEmptyLine) {
+  const std::string data = kPhotoBase64;
+  const std::string text = "BEGIN:VCARD\r\nVERSION:2.1\r\nPHOTO;TYPE=PNG;BASE64:\r\n" +
+                           data.substr(0, 76) + "\r\n" + data.substr(76, 76) + "\r\n  " +
+                           data.substr(152) + "\r\n\r\nFN:After\r\nEND:VCARD\r\n";
+  tvcardfile book;
+  ASSERT_EQ(book.readText(text.c_str()), 1);
+  EXPECT_EQ(book.card(0).status(), tvcard::Ok) << book.card(0).errorText();
+  EXPECT_EQ(bytesOf(book.card(0).photo()), photoBytes());
+  EXPECT_EQ(str(book.card(0).fn()), "After");
+}
+
 TEST(VCardRead, Utf16FilesAndByteOrderMarks) {
   const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:\xE7\x8E\x8B\r\nEND:VCARD\r\n";
   std::string utf16 = "\xFF\xFE";
