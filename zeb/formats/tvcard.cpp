@@ -11,6 +11,7 @@
 #include "zeb/charset/zeb_charset.h"
 #include "zeb/data/tbase64codec.h"
 #include "zeb/data/tqpcodec.h"
+#include "zeb/log/zeb_log.h"
 #include "zeb/utils/mfile.h"
 
 namespace {
@@ -123,6 +124,9 @@ struct tvcardState {
     if (status != tvcard::Ok) return;
     status = why;
     error = text + " (line " + std::to_string(line) + ")";
+    if (ZEB_LOG_ENABLED(MLOG_WARNING)) {
+      mlogWithLevel(MLOG_WARNING, "zeb.vcard", "card failed: %s", error.c_str());
+    }
   }
 };
 

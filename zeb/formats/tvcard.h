@@ -19,8 +19,8 @@
 // properties and parameters are kept in upper case; a 2.1 bare parameter (TEL;CELL) becomes a TYPE
 // parameter. Values are UTF-8 text or, for binary properties, the decoded bytes.
 //
-// A card that cannot be read well gets a failure status and keeps the properties read before the
-// failure; reading goes on with the next card. Accessors with a bad index or a missing property
+// A card that cannot be read well gets a failure status (logged as a warning, tag "zeb.vcard") and
+// keeps the properties read before the failure; reading goes on with the next card. Accessors with a bad index or a missing property
 // give "" (null for the raw pointer forms), -1 or an empty byte buffer.
 #ifndef ZEB_FORMATS_TVCARD_H
 #define ZEB_FORMATS_TVCARD_H
