@@ -36,6 +36,9 @@ echo
 echo "== zeb_lunar: today in the lunar calendar, its year's stem, branch and animal, the next solar term"
 "$build/examples/zeb_lunar"
 echo
+echo "== zeb_addressbook: a vCard address book (2.1 GB2312, 3.0, 4.0) sorted by pinyin, written as 4.0"
+"$build/examples/zeb_addressbook" "$root/examples/data/contacts.vcf" "$build/contacts.v4.vcf"
+
 echo "== zeb_settings: settings kept in the registry ($build/registry/user.db), run twice"
 rm -rf "$build/registry"
 ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"

@@ -6,6 +6,7 @@ zeb_debian_packages=(
   libcsv-dev libinih-dev libsimpleini-dev
   zlib1g-dev libdeflate-dev libssl-dev libmodpbase64-dev
   libsqlite3-dev
+  unicode-data python3 bzip2
 )
 
 zeb_install_missing_packages() {

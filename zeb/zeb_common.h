@@ -17,6 +17,8 @@
 #include "zeb/datetime/tpdate.h"
 #include "zeb/formats/TCsvFileReader.h"
 #include "zeb/formats/TStrSimilar.h"
+#include "zeb/formats/TPinyinWrapper.h"
+#include "zeb/formats/tvcard.h"
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/wintypes.h"
