@@ -6,9 +6,11 @@
 
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
+#include "zeb/platform/file.h"
 #include "zeb/platform/module.h"
 #include "zeb/strings/TAnsiString.h"
 #include "zeb/utils/internal/app_names.h"
+#include "zeb/utils/internal/component_record.h"
 #include "zeb/utils/lasterror.h"
 
 namespace {
@@ -49,6 +51,41 @@ std::unique_ptr<TMLogAutoTicks> loadTimingScope() {
                                           "loadCreateAppInterfaceObject");
 }
 
+// The object of the factory in *module, loading the library at `path` first when *module is null.
+int createFromModule(const zwchar_t* path, interface_classbase** object, HMODULE* module) {
+  if (*module == nullptr && !loadComponentModule(path, module)) return 0;
+  auto factory = reinterpret_cast<createInterfaceObjectFun>(
+      zeb::platform::moduleSymbol(*module, kFactoryName));
+  if (factory == nullptr) {
+    if (ZEB_LOG_ENABLED(MLOG_ERROR)) {
+      TAnsiString shownPath;
+      shownPath = path;
+      mlogWithLevel(MLOG_ERROR, kLoaderTag,
+                    "loadCreateAppInterfaceObject(),get createInterfaceObject fun in %s failed!",
+                    shownPath.p());
+    }
+    return 0;
+  }
+  *object = factory(ZW("app.interface.obj"), 0);
+  if (*object != nullptr) (*object)->AddRef();
+  return 1;
+}
+
+// The registered library path of `appName` when that file exists; null otherwise (a missing file
+// is logged).
+const zwchar_t* existingComponentPath(const zwchar_t* appName) {
+  const zeb::internal::ComponentRecord* record = zeb::internal::findComponentRecord(appName);
+  if (record == nullptr) return nullptr;
+  const zwchar_t* path = record->dllPath.c_str();
+  if (zeb::platform::pathExists(path)) return path;
+  if (ZEB_LOG_ENABLED(MLOG_INFO)) {
+    TAnsiString shownPath;
+    shownPath.fromWideString(path, MIB_UTF8);
+    mlogWithLevel(MLOG_INFO, nullptr, "file is not exists:%s", shownPath.p());
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 const zwchar_t* appid2appname(unsigned long long appId) {
@@ -63,20 +100,32 @@ int loadCreateInterfaceObjectFromPath(const zwchar_t* modulePath, interface_clas
                                       HMODULE* module) {
   if (object == nullptr || module == nullptr) return 0;
   const std::unique_ptr<TMLogAutoTicks> timing = loadTimingScope();
-  if (*module == nullptr && !loadComponentModule(modulePath, module)) return 0;
-  auto factory = reinterpret_cast<createInterfaceObjectFun>(
-      zeb::platform::moduleSymbol(*module, kFactoryName));
-  if (factory == nullptr) {
-    if (ZEB_LOG_ENABLED(MLOG_ERROR)) {
-      TAnsiString shownPath;
-      shownPath = modulePath;
-      mlogWithLevel(MLOG_ERROR, kLoaderTag,
-                    "loadCreateAppInterfaceObject(),get createInterfaceObject fun in %s failed!",
-                    shownPath.p());
-    }
-    return 0;
-  }
-  *object = factory(ZW("app.interface.obj"), 0);
-  if (*object != nullptr) (*object)->AddRef();
+  return createFromModule(modulePath, object, module);
+}
+
+int readAppObjectDllPath(const zwchar_t* appName, zwchar_t* dllPath) {
+  if (dllPath == nullptr) return 0;
+  const zwchar_t* path = existingComponentPath(appName);
+  if (path == nullptr) return 0;
+  do {
+    *dllPath++ = *path;
+  } while (*path++ != 0);
   return 1;
+}
+
+const zwchar_t* checkReadAppName(const zwchar_t* appName) {
+  const zeb::internal::ComponentRecord* record = zeb::internal::findComponentRecord(appName);
+  return record != nullptr ? record->appName.c_str() : appName;
+}
+
+int loadCreateAppInterfaceObject(const zwchar_t* appName, interface_classbase** object,
+                                 HMODULE* module) {
+  if (object == nullptr || module == nullptr) return 0;
+  const std::unique_ptr<TMLogAutoTicks> timing = loadTimingScope();
+  const zwchar_t* path = nullptr;
+  if (*module == nullptr) {
+    path = existingComponentPath(appName);
+    if (path == nullptr) return 0;
+  }
+  return createFromModule(path, object, module);
 }
