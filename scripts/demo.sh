@@ -44,6 +44,9 @@ rm -rf "$build/registry"
 ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
 ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_settings"
 echo
+echo "== zeb_component: a component registered in the same registry, loaded by its name and handed a data bundle"
+ZEB_REGISTRY_DIR="$build/registry" "$build/examples/zeb_component"
+echo
 zeb="$build/tools/zeb/zeb"
 data="$root/examples/data"
 echo "== zeb, the command-line tool"

@@ -217,7 +217,8 @@ TEST_F(RegisteredComponent, RecordsAreReadOnceAndMissingKeysAgainEachTime) {
   const auto messages = log.messages();
   const std::string missLine = "unfind reg key:" + std::string(kRecordsKey) + name;
   EXPECT_EQ(std::count(messages.begin(), messages.end(), missLine), 1);
-  EXPECT_EQ(std::count(messages.begin(), messages.end(), "checkAndReadAppItem,read from reg <-"), 2);
+  EXPECT_EQ(std::count(messages.begin(), messages.end(), "checkAndReadAppItem,read from reg <-"),
+            2);
   EXPECT_EQ(checkReadAppName(nullptr), nullptr);
 }
 
