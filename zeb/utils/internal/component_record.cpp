@@ -73,9 +73,11 @@ const ComponentRecord* findComponentRecord(const zwchar_t* appName) {
   if (appName == nullptr) return nullptr;
   Records& all = records();
   std::lock_guard<std::mutex> guard(all.mutex);
-  std::unique_ptr<ComponentRecord>& kept = all.byName[appName];
-  if (kept == nullptr) kept = readRecord(appName);
-  return kept.get();
+  const auto kept = all.byName.find(appName);
+  if (kept != all.byName.end()) return kept->second.get();
+  std::unique_ptr<ComponentRecord> record = readRecord(appName);
+  if (record == nullptr) return nullptr;
+  return all.byName.emplace(appName, std::move(record)).first->second.get();
 }
 
 }  // namespace zeb::internal
