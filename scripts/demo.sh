@@ -70,6 +70,15 @@ echo "-- zeb ini: the demo's settings file, one value changed in a copy"
 cp "$data/table.ini" "$build/table.ini"
 "$zeb" ini set "$build/table.ini" print title "Contacts (copy)"
 "$zeb" ini list "$build/table.ini"
+echo "-- zeb reg: a value set in the demo's registry store by one process, read by the next"
+ZEB_REGISTRY_DIR="$build/registry" "$zeb" reg set 'HKCU\Software\zebworks\demo' greeting "你好"
+ZEB_REGISTRY_DIR="$build/registry" "$zeb" reg list 'HKCU\Software\zebworks\demo'
+echo "-- zeb vcard: the shipped address book as JSON lines"
+"$zeb" vcard "$data/contacts.vcf" --json
+echo "-- zeb pinyin: a name with tone marks, with tone numbers, and as initials"
+"$zeb" pinyin 欧阳娜娜
+"$zeb" pinyin --tones numbers 欧阳娜娜
+"$zeb" pinyin --initials 欧阳娜娜
 echo "-- zeb similar: every similarity score of two spellings"
 "$zeb" similar "Report 2024" "report-2024"
 echo "-- zeb log level: a log folder set to debug through its marker file, then read back"

@@ -33,23 +33,6 @@ std::string tsvField(const std::string& field) {
   return out;
 }
 
-std::string jsonString(const std::string& field) {
-  std::string out = "\"";
-  for (const char c : field) {
-    if (c == '"' || c == '\\') {
-      out += '\\';
-      out += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-      out += escape;
-    } else {
-      out += c;
-    }
-  }
-  return out + "\"";
-}
-
 // Collects the records the reader walks, each field converted to UTF-8.
 class RecordPrinter : public TCsvFileReader::tcallbacks {
  public:

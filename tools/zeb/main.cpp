@@ -1,6 +1,6 @@
 // zeb: the command line of the zeb_common library. One subcommand per job: charset conversion,
 // hashes, Base64 and quoted-printable, wildcard search, dates and the lunar calendar, CSV and INI
-// files, string similarity, log folder levels.
+// files, the registry store, string similarity, vCard address books, pinyin, log folder levels.
 //
 //   zeb --help
 //   zeb convert -f GB18030 -t UTF-8 poem.txt
@@ -25,6 +25,9 @@ int main(int argc, char** argv) {
   zebtool::addCsvCommand(app, run);
   zebtool::addIniCommand(app, run);
   zebtool::addSimilarCommand(app, run);
+  zebtool::addRegCommand(app, run);
+  zebtool::addVcardCommand(app, run);
+  zebtool::addPinyinCommand(app, run);
   zebtool::addLogCommand(app, run);
   try {
     app.parse(argc, argv);

@@ -53,6 +53,10 @@ std::string charsetOf(const std::string& argument);
 // anything else, a day that does not exist included.
 bool parseDateArgument(const std::string& text, TDateTime& date);
 
+// `text` as a JSON string: quoted, with '"', '\\' and control characters escaped and every other
+// byte (UTF-8 included) kept as it is.
+std::string jsonString(const std::string& text);
+
 // The subcommands.
 void addConvertCommand(CLI::App& app, ToolRun& run);
 void addHashCommand(CLI::App& app, ToolRun& run);
@@ -63,6 +67,9 @@ void addLunarCommand(CLI::App& app, ToolRun& run);
 void addCsvCommand(CLI::App& app, ToolRun& run);
 void addIniCommand(CLI::App& app, ToolRun& run);
 void addSimilarCommand(CLI::App& app, ToolRun& run);
+void addRegCommand(CLI::App& app, ToolRun& run);
+void addVcardCommand(CLI::App& app, ToolRun& run);
+void addPinyinCommand(CLI::App& app, ToolRun& run);
 void addLogCommand(CLI::App& app, ToolRun& run);
 
 }  // namespace zebtool

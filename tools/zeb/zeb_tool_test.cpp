@@ -32,7 +32,7 @@ class Tool {
  public:
   ToolResult operator()(const std::vector<std::string>& args, const std::string& input = "") const {
     dir_.writeFile(".in", input);
-    std::string command = quoted(ZEB_TOOL_PATH);
+    std::string command = environment_ + quoted(ZEB_TOOL_PATH);
     for (const std::string& arg : args) command += " " + quoted(arg);
     command += " <" + quoted(dir_.filePath(".in")) + " >" + quoted(dir_.filePath(".out")) +
                " 2>" + quoted(dir_.filePath(".err"));
@@ -42,9 +42,14 @@ class Tool {
   }
   const TempDir& dir() const { return dir_; }
   std::string path(const std::string& name) const { return dir_.filePath(name); }
+  // Runs the tool from now on with `name` set to `value` in its environment.
+  void setEnvironment(const std::string& name, const std::string& value) {
+    environment_ += name + "=" + quoted(value) + " ";
+  }
 
  private:
   TempDir dir_;
+  std::string environment_;
 };
 
 const std::string kGb18030Poem = "\xB4\xB2\xC7\xB0\xC3\xF7\xD4\xC2\xB9\xE2\n";  // a line of Han text
@@ -56,7 +61,7 @@ TEST(ToolConventions, HelpVersionAndUsageErrors) {
   const ToolResult help = zeb({"--help"});
   EXPECT_EQ(help.status, 0);
   for (const char* command : {"convert", "hash", "base64", "qp", "grep", "date", "lunar", "csv",
-                              "ini", "similar", "log"}) {
+                              "ini", "reg", "similar", "vcard", "pinyin", "log"}) {
     EXPECT_NE(help.out.find(command), std::string::npos) << command;
   }
   EXPECT_EQ(zeb({"convert", "--help"}).status, 0);
@@ -216,6 +221,62 @@ TEST(ToolIni, SetGetDeleteAndListKeepComments) {
   EXPECT_EQ(zeb({"ini", "set", zeb.path("new.ini"), "s", "k", "v"}).status, 0);
   EXPECT_EQ(zeb({"ini", "get", zeb.path("new.ini"), "s", "k"}).out, "v\n");
   EXPECT_EQ(zeb({"ini", "frob", ini}).status, 2);
+}
+
+TEST(ToolReg, ValuesWrittenByOneProcessAreReadByTheNext) {
+  Tool zeb;
+  zeb.setEnvironment("ZEB_REGISTRY_DIR", zeb.path("registry"));
+  const std::string key = "HKCU\\Software\\zebworks\\tool";
+  EXPECT_EQ(zeb({"reg", "set", key, "user", "\xE6\x9D\x8E\xE9\x9B\xB7"}).status, 0);
+  EXPECT_EQ(zeb({"reg", "set", key, "runs", "0x10", "--type", "dword"}).status, 0);
+  EXPECT_EQ(zeb({"reg", "set", key, "big", "4294967296", "--type", "qword"}).status, 0);
+  EXPECT_EQ(zeb({"reg", "set", key, "raw", "00ff", "--type", "binary"}).status, 0);
+  EXPECT_EQ(zeb({"reg", "set", key + "\\sub", "list", "a\\0b", "--type", "multi"}).status, 0);
+  EXPECT_EQ(zeb({"reg", "get", "HKEY_CURRENT_USER\\Software\\zebworks\\tool", "user"}).out,
+            "\xE6\x9D\x8E\xE9\x9B\xB7\n");
+  EXPECT_EQ(zeb({"reg", "get", key, "runs"}).out, "16\n");
+  EXPECT_EQ(zeb({"reg", "get", key + "\\sub", "list"}).out, "a\nb\n");
+  EXPECT_EQ(zeb({"reg", "list", key}).out,
+            "user\tREG_SZ\t\xE6\x9D\x8E\xE9\x9B\xB7\nruns\tREG_DWORD\t16\n"
+            "big\tREG_QWORD\t4294967296\nraw\tREG_BINARY\t00ff\n" + key + "\\sub\n");
+  EXPECT_EQ(zeb({"reg", "tree", "HKCU\\Software"}).out, "zebworks\n  tool\n    sub\n");
+  EXPECT_EQ(zeb({"reg", "del", key, "runs"}).status, 0);
+  const ToolResult gone = zeb({"reg", "get", key, "runs"});
+  EXPECT_EQ(gone.status, 1);
+  EXPECT_NE(gone.err.find("not found"), std::string::npos);
+  EXPECT_EQ(zeb({"reg", "del", key}).status, 0);
+  EXPECT_EQ(zeb({"reg", "list", key}).status, 1);
+  EXPECT_EQ(zeb({"reg", "set", key, "n", "-1", "--type", "dword"}).status, 2);
+  EXPECT_EQ(zeb({"reg", "set", key, "n", "0fg", "--type", "binary"}).status, 2);
+  EXPECT_EQ(zeb({"reg", "get", "HKXX\\Software", "n"}).status, 2);
+}
+
+TEST(ToolVcard, CardsInUtf8AndBadCardsReported) {
+  Tool zeb;
+  zeb.dir().writeFile("book.vcf",
+                      "BEGIN:VCARD\r\nVERSION:2.1\r\nN;CHARSET=GB2312:\xD5\xC5;\xCE\xB0\r\n"
+                      "FN;CHARSET=GB2312:\xD5\xC5\xCE\xB0\r\nTEL;CELL:138\r\nEND:VCARD\r\n"
+                      "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ada\r\nEMAIL:ada@example.org\r\n"
+                      "END:VCARD\r\nBEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut\r\n");
+  const ToolResult text = zeb({"vcard", zeb.path("book.vcf")});
+  EXPECT_EQ(text.status, 1) << "the last card is not terminated";
+  EXPECT_NE(text.err.find("card 3"), std::string::npos);
+  EXPECT_EQ(text.out.substr(0, text.out.find("\n\n") + 2),
+            "FN: \xE5\xBC\xA0\xE4\xBC\x9F\nN: \xE5\xBC\xA0;\xE4\xBC\x9F\nTEL: 138\n\n");
+  const ToolResult json = zeb({"vcard", zeb.path("book.vcf"), "--json"});
+  EXPECT_NE(json.out.find("{\"FN\":[\"Ada\"],\"EMAIL\":[\"ada@example.org\"]}\n"),
+            std::string::npos)
+      << json.out;
+}
+
+TEST(ToolPinyin, TonesNumbersPlainAndInitials) {
+  Tool zeb;
+  const std::string name = "\xE5\xBC\xA0\xE4\xB8\x89";  // two Han characters, a name
+  EXPECT_EQ(zeb({"pinyin", name}).out, "zh\xC4\x81ng s\xC4\x81n\n");
+  EXPECT_EQ(zeb({"pinyin", "--tones", "numbers", name, "ok"}).out, "zhang1 san1 ok\n");
+  EXPECT_EQ(zeb({"pinyin", "--tones", "none", name}).out, "zhang san\n");
+  EXPECT_EQ(zeb({"pinyin", "--initials", name}).out, "zs\n");
+  EXPECT_EQ(zeb({"pinyin", "--tones", "loud", name}).status, 2);
 }
 
 TEST(ToolSimilar, EveryScore) {
