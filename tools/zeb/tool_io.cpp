@@ -106,16 +106,8 @@ bool parseDateArgument(const std::string& text, TDateTime& date) {
     date.loadcurrentlocal();
     return true;
   }
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int used = 0;
-  if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &used) != 3 ||
-      used != static_cast<int>(text.size()) || !GDateIsValid(year, month, day)) {
-    return false;
-  }
-  date = TDateTime(year, month, day, 0, 0, 0, 0);
-  return true;
+  date = TDateTime();
+  return date.fromDateString(text.c_str(), 0);
 }
 
 std::string jsonString(const std::string& text) {

@@ -49,8 +49,8 @@ bool convertText(const std::string& to, const std::string& from, const std::stri
 // library's table. Empty, with the error reported, when the library cannot convert it both ways.
 std::string charsetOf(const std::string& argument);
 
-// A DATE argument as YYYY-MM-DD, or the current local time when `text` is empty. False for
-// anything else, a day that does not exist included.
+// A DATE argument as YYYY-MM-DD (the library's date parser), or the current local time when
+// `text` is empty. False for anything else, a day that does not exist included.
 bool parseDateArgument(const std::string& text, TDateTime& date);
 
 // `text` as a JSON string: quoted, with '"', '\\' and control characters escaped and every other

@@ -3,6 +3,7 @@
 
 #include "zeb/utils/mfile.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <optional>
@@ -11,6 +12,7 @@
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
+#include "zeb/strings/internal/path_text.h"
 #include "zeb/strings/TWideString.h"
 
 namespace {
@@ -43,26 +45,7 @@ bool ensureFolder(const zwchar_t* path) {
 
 using FolderPath = std::basic_string<zwchar_t>;
 
-bool isSeparator(zwchar_t c) {
-  return c == '/' || c == '\\';
-}
-
-// The end of component 1: the first separator, or the end of the path.
-size_t firstComponentEnd(const FolderPath& path) {
-  size_t end = 0;
-  while (end < path.size() && !isSeparator(path[end])) ++end;
-  return end;
-}
-
-// The end of the component after the one that ends at `at`: past its separator run and the name
-// after it. `at` itself when no name follows (the path ends, or ends in that separator run).
-size_t nextComponentEnd(const FolderPath& path, size_t at) {
-  size_t end = at;
-  while (end < path.size() && isSeparator(path[end])) ++end;
-  const size_t nameStart = end;
-  while (end < path.size() && !isSeparator(path[end])) ++end;
-  return end == nameStart ? at : end;
-}
+using PathText = zeb::path::PathText<zwchar_t>;
 
 // Whether component 1 of a path names a folder: it is empty for an absolute or UNC path and is a
 // bare drive ("C:") for a drive path, neither of which is created.
@@ -114,22 +97,24 @@ void openWriteScope(std::optional<TMLogAutoTicks>& scope, const zwchar_t* path, 
 
 }  // namespace
 
-// The walk follows extractfiledirexw's components (component 1 is the text before the first
-// separator run; each later one is a separator run and the name after it), but on the whole path
-// rather than through its fixed-size component buffers: a deep path is created as it is, never
-// cut short. The prefix grows by one component per level, so an absolute path keeps its root and
-// a drive path its drive. Component 1 is itself a folder level when it is a name (the "abc" of
-// "abc/def"). A path without component 2 is a single name or a bare drive and creates nothing.
+// The walk takes the components as extractfiledirexw does (component 1 is the text before the
+// first separator run; each later one is a separator run and the name after it), but as spans of
+// the whole path rather than through its fixed-size component buffers: a deep path is created as
+// it is, never cut short. The prefix grows by one component per level, so an absolute path keeps
+// its root and a drive path its drive. Component 1 is itself a folder level when it is a name (the
+// "abc" of "abc/def"). A path without component 2 is a single name or a bare drive and creates
+// nothing.
 bool mforceCreateDirW(const zwchar_t* dir) {
   if (isEmptyPath(dir)) return false;
-  const FolderPath path(dir);
-  size_t end = firstComponentEnd(path);
-  size_t next = nextComponentEnd(path, end);
-  if (next == end) return false;
-  const FolderPath first = path.substr(0, end);
+  const size_t length = PathText::length(dir);
+  zeb::path::Span component{};
+  if (!PathText::component(dir, length, 2, &component)) return false;
+  const FolderPath path(dir, length);
+  PathText::component(dir, length, 1, &component);
+  const FolderPath first = path.substr(0, component.end);
   if (isFolderName(first.c_str()) && !ensureFolder(first.c_str())) return false;
-  for (; next != end; end = next, next = nextComponentEnd(path, end)) {
-    if (!ensureFolder(path.substr(0, next).c_str())) return false;
+  for (unsigned n = 2; PathText::component(dir, length, n, &component); ++n) {
+    if (!ensureFolder(path.substr(0, component.end).c_str())) return false;
   }
   return true;
 }
@@ -138,10 +123,9 @@ bool mforceCreateDirW(const zwchar_t* dir) {
 bool mforceCreateDirForFileW(const zwchar_t* filePath) {
   if (isEmptyPath(filePath)) return false;
   const FolderPath path(filePath);
-  const zwchar_t kSeparators[] = {'/', '\\', 0};
-  const size_t lastSeparator = path.find_last_of(kSeparators);
-  if (lastSeparator == FolderPath::npos) return false;
-  return mforceCreateDirW(path.substr(0, lastSeparator + 1).c_str());
+  const auto lastSeparator = std::find_if(path.rbegin(), path.rend(), PathText::isSeparator);
+  if (lastSeparator == path.rend()) return false;
+  return mforceCreateDirW(FolderPath(path.begin(), lastSeparator.base()).c_str());
 }
 
 int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {
