@@ -1,11 +1,12 @@
 // Differential fuzzing of tdatastream and tdatastreamWriter against plain byte models.
 //
-// The first input byte picks the reader's source (memory, or the same bytes in a temporary file,
-// which exercises the 64 KiB cache at a small scale through tiny read limits) and the next 64
-// bytes are its content, repeated to a few hundred KiB for the file. The rest is a program: each
-// step reads an operation byte and its operands. Reads, typed reads, seeks and read limits must
-// give exactly the model's bytes and positions; writer operations must leave the target equal to
-// a vector written the same way.
+// The first input byte picks a reader over memory, a reader over the same bytes in a temporary
+// file (which exercises the 64 KiB cache at a small scale through tiny read limits), a memory
+// writer, or a writer on a caller's stream with a buffer of a few bytes. A reader's next 64 bytes
+// are its content, repeated to a few hundred KiB for the file. The rest is a program: each step
+// reads an operation byte and its operands. Reads, typed reads, seeks and read limits must give
+// exactly the model's bytes and positions; writes and seeks must leave the target equal to a
+// vector written the same way.
 #include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -123,38 +124,84 @@ void runReader(tdatastream& in, ReaderModel& m, Input& input) {
   }
 }
 
-void runWriter(Input& input) {
-  tdatastreamWriter out;
-  Bytes model;
+// A writer's bytes: what was written where, with a write position that may lie past the end.
+struct WriterModel {
+  Bytes bytes;
+  size_t at = 0;
+  bool memory = true;
+
+  void resetPos(int p) {
+    if (memory) {
+      bytes.resize(static_cast<size_t>(std::max(p, 0)), 0);
+      at = bytes.size();
+    } else if (p >= 0) {
+      at = static_cast<size_t>(p);  // fseek may go past the end; a later write fills the gap
+    }
+  }
+
+  void write(unsigned long long v, int width) {
+    if (bytes.size() < at + width) bytes.resize(at + width, 0);
+    for (int i = 0; i < width; ++i) bytes[at + i] = static_cast<unsigned char>(v >> (8 * i));
+    at += width;
+  }
+};
+
+bool writeTyped(tdatastreamWriter& out, unsigned long long v, int width) {
+  switch (width) {
+    case 1:
+      return out.writeUInt8(static_cast<unsigned char>(v));
+    case 2:
+      return out.writeUInt16(static_cast<unsigned short>(v));
+    case 4:
+      return out.writeUInt32(static_cast<unsigned int>(v));
+    default:
+      return out.writeUInt64(v);
+  }
+}
+
+void runWriteSteps(tdatastreamWriter& out, WriterModel& model, Input& input) {
   for (int steps = 0; steps < 200 && !input.done(); ++steps) {
     const unsigned char op = input.byte();
-    if (op % 4 == 0) {
+    if (op % 5 == 0) {
       const int p = static_cast<int>(input.word() % 512) - 16;
       out.resetPos(p);
-      model.resize(static_cast<size_t>(std::max(p, 0)), 0);
+      model.resetPos(p);
     } else {
-      const int width = 1 << (op % 4);
+      const int width = 1 << (op % 5 - 1);
       const unsigned long long v = input.wide();
-      bool ok = false;
-      switch (width) {
-        case 2:
-          ok = out.writeUInt16(static_cast<unsigned short>(v));
-          break;
-        case 4:
-          ok = out.writeUInt32(static_cast<unsigned int>(v));
-          break;
-        default:
-          ok = out.writeUInt64(v);
-          break;
-      }
-      FUZZ_CHECK(ok);
-      for (int i = 0; i < width; ++i) model.push_back(static_cast<unsigned char>(v >> (8 * i)));
+      FUZZ_CHECK(writeTyped(out, v, width));
+      model.write(v, width);
     }
-    FUZZ_CHECK(out.pos() == static_cast<int>(model.size()));
-    const tbytesdata& target = out.memData();
-    FUZZ_CHECK(target.size() == static_cast<int>(model.size()));
-    FUZZ_CHECK(model.empty() || memcmp(target.p(), model.data(), model.size()) == 0);
+    FUZZ_CHECK(out.pos() == static_cast<int>(model.at));
   }
+}
+
+void runMemoryWriter(Input& input) {
+  tdatastreamWriter out;
+  WriterModel model;
+  runWriteSteps(out, model, input);
+  const tbytesdata& target = out.memData();
+  FUZZ_CHECK(target.size() == static_cast<int>(model.bytes.size()));
+  FUZZ_CHECK(model.bytes.empty() || memcmp(target.p(), model.bytes.data(), model.bytes.size()) == 0);
+}
+
+// A caller's stream with a buffer of 1 to 32 bytes, so that values often straddle its end.
+void runCallersFileWriter(Input& input) {
+  FILE* f = tmpfile();
+  if (f == nullptr) return;
+  char buffer[32];
+  setvbuf(f, buffer, _IOFBF, input.byte() % sizeof buffer + 1);
+  WriterModel model;
+  model.memory = false;
+  {
+    tdatastreamWriter out(f);
+    runWriteSteps(out, model, input);
+  }
+  Bytes content(model.bytes.size() + 1);
+  rewind(f);
+  FUZZ_CHECK(fread(content.data(), 1, content.size(), f) == model.bytes.size());
+  FUZZ_CHECK(model.bytes.empty() || memcmp(content.data(), model.bytes.data(), model.bytes.size()) == 0);
+  fclose(f);
 }
 
 }  // namespace
@@ -162,13 +209,17 @@ void runWriter(Input& input) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Input input(data, size);
   const unsigned char mode = input.byte();
-  if (mode % 3 == 2) {
-    runWriter(input);
+  if (mode % 4 == 2) {
+    runMemoryWriter(input);
+    return 0;
+  }
+  if (mode % 4 == 3) {
+    runCallersFileWriter(input);
     return 0;
   }
   Bytes content;
   for (int i = 0; i < 64; ++i) content.push_back(input.byte());
-  if (mode % 3 == 0) {
+  if (mode % 4 == 0) {
     ReaderModel m{content, true};
     tdatastream in(static_cast<const void*>(content.data()), static_cast<int>(content.size()));
     runReader(in, m, input);

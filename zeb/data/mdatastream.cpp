@@ -329,10 +329,11 @@ struct tdatastreamWriter::State {
 
   int writeFile(const void* p, int n) {
     if (file == nullptr) return 0;
-    if (ownsFile && pending == nullptr) {
+    if (!ownsFile) return zeb::platform::writeToStream(file, p, static_cast<size_t>(n)) ? n : 0;
+    if (pending == nullptr) {
       pending = static_cast<unsigned char*>(std::malloc(kCacheSize));
     }
-    if (!ownsFile || pending == nullptr || n > kCacheSize - pendingSize) {
+    if (pending == nullptr || n > kCacheSize - pendingSize) {
       if (!flush()) return 0;
     }
     if (pending == nullptr || n >= kCacheSize) {

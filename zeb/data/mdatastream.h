@@ -109,7 +109,8 @@ class ZEB_API tdatastreamWriter {
   tdatastreamWriter(const zwchar_t* path, bool append);
   // As above, the path converted from `charset` to UTF-16 first.
   tdatastreamWriter(const char* path, tmibcharset charset, bool append);
-  // Writes to the caller's file, which the writer never closes.
+  // Writes to the caller's file, which the writer never closes. Each write reaches the stream at
+  // once, exactly as one fwrite of it would, so the caller may write to it and seek it in between.
   explicit tdatastreamWriter(std::FILE* file);
   ~tdatastreamWriter();
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "testing/log_capture.h"
@@ -368,6 +369,49 @@ TEST(DataStreamWrite, CallersFileIsNeverClosed) {
   EXPECT_EQ(std::fread(back, 1, 4, f), 4u);
   EXPECT_STREQ(back, "aZcd");
   std::fclose(f);
+}
+
+// The caller and the writer take turns on one stream: the caller writes text, the writer typed
+// values, the writer seeks back, the caller reads and then the writer writes again. Returns the
+// stream's whole content.
+std::string takeTurnsOnOneStream(int bufferMode) {
+  std::FILE* f = std::tmpfile();
+  if (f == nullptr) return "no tmpfile";
+  char buffer[8];
+  std::setvbuf(f, bufferMode == _IONBF ? nullptr : buffer, bufferMode, sizeof buffer);
+  {
+    tdatastreamWriter out(f);
+    std::fputs("<", f);
+    out.writeUInt32(0x64636261);
+    std::fputc('|', f);
+    out.writeUInt64(0x6867666564636261ULL);
+    out.writeUInt16(0x0A31);
+    std::fwrite("xyz", 3, 1, f);
+    out.resetPos(2);
+    out.writeUInt8('B');
+    std::fseek(f, 0, SEEK_SET);
+    char first[3];
+    if (std::fread(first, 1, 3, f) != 3) return "short read";
+    std::fseek(f, 0, SEEK_CUR);
+    out.writeUInt8('C');
+  }
+  std::rewind(f);
+  std::string content(64, '\0');
+  content.resize(std::fread(&content[0], 1, content.size(), f));
+  std::fclose(f);
+  return content;
+}
+
+TEST(DataStreamWrite, CallersFileTakesTurnsWithTheCallerInEveryBufferMode) {
+  const std::string expected = std::string("<aBC") + "d|abcdefgh1\n" + "xyz";
+  for (const int mode : {_IOFBF, _IOLBF, _IONBF}) {
+    EXPECT_EQ(takeTurnsOnOneStream(mode), expected) << "mode " << mode << ", one thread";
+  }
+  std::thread other([] {});
+  for (const int mode : {_IOFBF, _IOLBF, _IONBF}) {
+    EXPECT_EQ(takeTurnsOnOneStream(mode), expected) << "mode " << mode << ", two threads";
+  }
+  other.join();
 }
 
 }  // namespace

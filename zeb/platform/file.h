@@ -22,6 +22,12 @@ namespace platform {
 // the same on POSIX. The caller closes the stream with std::fclose.
 std::FILE* openFile(const zwchar_t* path, const char* mode);
 
+// Writes `size` bytes to the C stream as one item: true exactly when std::fwrite(data, size, 1,
+// stream) would return 1, with the same bytes in the same place. A process with one thread whose
+// stream already holds bytes written this way and has room in its buffer gets them copied straight
+// into that buffer, as putc_unlocked does for one byte; anything else goes through std::fwrite.
+bool writeToStream(std::FILE* stream, const void* data, size_t size);
+
 // True when something (file, folder, ...) exists at `path` (access with F_OK).
 bool pathExists(const zwchar_t* path);
 

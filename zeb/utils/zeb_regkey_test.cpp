@@ -1,6 +1,7 @@
 #include "zeb/utils/zeb_regkey.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -457,6 +458,23 @@ TEST_F(Registry, ReadOnlyDatabaseKeepsItsValues) {
   EXPECT_EQ(key.Create(ZW("SOFTWARE\\other")), ERROR_ACCESS_DENIED);
   ASSERT_EQ(key.Open(kApp), ERROR_SUCCESS);
   EXPECT_TRUE(key[ZW("kept")] == RegValue(ZW("yes")));
+}
+
+TEST_F(Registry, WriterHeldPastTheWaitGivesBusyAndKeepsTheValues) {
+  TRegKey key(HKEY_CURRENT_USER);
+  ASSERT_EQ(key.Create(kApp), ERROR_SUCCESS);
+  key[ZW("kept")] = RegValue(ZW("yes"));
+
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(userDb().c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(key.SetValue(ZW("kept"), RegValue(ZW("no"))), ERROR_BUSY) << "after the 30 s wait";
+  EXPECT_TRUE(key[ZW("kept")] == RegValue(ZW("yes"))) << "readers are not held up";
+  sqlite3_exec(holder, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+
+  EXPECT_EQ(key.SetValue(ZW("kept"), RegValue(ZW("again"))), ERROR_SUCCESS);
+  EXPECT_TRUE(key[ZW("kept")] == RegValue(ZW("again")));
 }
 
 }  // namespace

@@ -11,7 +11,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstddef>
+#include <cstring>
 #include <string>
+
+#if defined(__GLIBC__) && __has_include(<sys/single_threaded.h>)
+#include <sys/single_threaded.h>
+#define ZEB_STREAM_BUFFER_IN_REACH 1
+#endif
 
 #include "zeb/platform/posix/utf8_path.h"
 
@@ -19,6 +26,17 @@ namespace zeb {
 namespace platform {
 
 namespace {
+
+// memcpy with the sizes of typed values copied inline (the common case here) rather than by a call.
+void copySmall(void* to, const void* from, size_t size) {
+  switch (size) {
+    case 1: std::memcpy(to, from, 1); break;
+    case 2: std::memcpy(to, from, 2); break;
+    case 4: std::memcpy(to, from, 4); break;
+    case 8: std::memcpy(to, from, 8); break;
+    default: std::memcpy(to, from, size);
+  }
+}
 
 bool isFolder(int fd) {
   struct stat info;
@@ -60,6 +78,20 @@ std::FILE* openFile(const zwchar_t* path, const char* mode) {
     return nullptr;
   }
   return f;
+}
+
+bool writeToStream(std::FILE* stream, const void* data, size_t size) {
+#ifdef ZEB_STREAM_BUFFER_IN_REACH
+  // No other thread can hold the stream's lock, the stream is byte-oriented (fwrite has written to
+  // it before), and its write pointer has room: fwrite would only copy into the same buffer.
+  if (__libc_single_threaded && stream->_mode < 0 && size > 0 &&
+      stream->_IO_write_end - stream->_IO_write_ptr >= static_cast<std::ptrdiff_t>(size)) {
+    copySmall(stream->_IO_write_ptr, data, size);
+    stream->_IO_write_ptr += size;
+    return true;
+  }
+#endif
+  return std::fwrite(data, size, 1, stream) == 1;
 }
 
 bool pathExists(const zwchar_t* path) {
