@@ -182,7 +182,8 @@ void runMemoryWriter(Input& input) {
   runWriteSteps(out, model, input);
   const tbytesdata& target = out.memData();
   FUZZ_CHECK(target.size() == static_cast<int>(model.bytes.size()));
-  FUZZ_CHECK(model.bytes.empty() || memcmp(target.p(), model.bytes.data(), model.bytes.size()) == 0);
+  FUZZ_CHECK(model.bytes.empty() ||
+             memcmp(target.p(), model.bytes.data(), model.bytes.size()) == 0);
 }
 
 // A caller's stream with a buffer of 1 to 32 bytes, so that values often straddle its end.
@@ -200,7 +201,8 @@ void runCallersFileWriter(Input& input) {
   Bytes content(model.bytes.size() + 1);
   rewind(f);
   FUZZ_CHECK(fread(content.data(), 1, content.size(), f) == model.bytes.size());
-  FUZZ_CHECK(model.bytes.empty() || memcmp(content.data(), model.bytes.data(), model.bytes.size()) == 0);
+  FUZZ_CHECK(model.bytes.empty() ||
+             memcmp(content.data(), model.bytes.data(), model.bytes.size()) == 0);
   fclose(f);
 }
 

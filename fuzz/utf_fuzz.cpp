@@ -1,6 +1,7 @@
-// Fuzzes the UTF-8 <-> UTF-16 fast path against the iconv path it stands in for: arbitrary bytes as
-// UTF-8, and as UTF-16 both arbitrary 16-bit units and units picked from a short palette, through
-// both kinds of conversion (discarding and replacing), into outputs of every size from 0 up.
+// Fuzzes the UTF-8 <-> UTF-16 fast path against the iconv path it stands in for: as UTF-8 both
+// arbitrary bytes and pieces picked from a short palette, as UTF-16 both arbitrary 16-bit units
+// and units picked from a palette, through both kinds of conversion (discarding and replacing),
+// into outputs of every size from 0 up, with the kind of vector code the first byte picks.
 // Results and every byte of the outputs must be the same; the outputs are sized exactly, so
 // AddressSanitizer sees any overrun.
 #include <stddef.h>
@@ -9,9 +10,11 @@
 #include <string.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "zeb/charset/internal/text_conversion.h"
+#include "zeb/charset/internal/utf_transcoder.h"
 #include "zeb/zeb_api.h"
 
 namespace {
@@ -88,11 +91,38 @@ std::vector<zwchar_t> paletteUnits(const uint8_t* data, size_t size) {
   return units;
 }
 
+// UTF-8 pieces, whole and cut short, valid and not: ASCII, two-, three- and four-byte
+// characters on both sides of each boundary, an overlong form, an encoded surrogate, stray bytes.
+const char* const kUtf8Palette[] = {"a",
+                                    " ",
+                                    "\xC3\xA9",
+                                    "\xDF\xBF",
+                                    "\xE0\xA0\x80",
+                                    "\xE4\xB8\xAD",
+                                    "\xEF\xBF\xBF",
+                                    "\xF0\x9F\x98\x80",
+                                    "\xE0\x9F\xBF",
+                                    "\xED\xA0\x80",
+                                    "\xC1\xBF",
+                                    "\x80",
+                                    "\xE4\xB8",
+                                    "\xF4\x90\x80\x80",
+                                    "\xFF"};
+
+// Each byte of `data` picks a piece of the UTF-8 palette.
+std::string paletteBytes(const uint8_t* data, size_t size) {
+  std::string text;
+  for (size_t i = 0; i < size; ++i)
+    text += kUtf8Palette[data[i] % (sizeof kUtf8Palette / sizeof *kUtf8Palette)];
+  return text;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
   const unsigned char fill = data[0];
+  useVectorCode(static_cast<VectorCode>(fill % 4));
   const size_t inBytes = size - 1;
   // The units lie aligned, as the library's callers pass them.
   std::vector<zwchar_t> aligned(inBytes / 2 + 1, 0);
@@ -100,6 +130,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   compareAtEverySize(kUtf16, kUtf8, aligned.data(), inBytes, 2 * inBytes + 8, fill);
   const size_t unitBytes = inBytes - inBytes % 2;
   compareAtEverySize(kUtf8, kUtf16, aligned.data(), unitBytes, 3 * unitBytes / 2 + 1, fill);
+  const std::string pieces = paletteBytes(data + 1, inBytes);
+  compareAtEverySize(kUtf16, kUtf8, pieces.data(), pieces.size(), 2 * pieces.size() + 8, fill);
   const std::vector<zwchar_t> picked = paletteUnits(data + 1, inBytes);
   compareAtEverySize(kUtf8, kUtf16, picked.data(), 2 * inBytes, 3 * inBytes + 1, fill);
   return 0;

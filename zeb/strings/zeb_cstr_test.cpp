@@ -186,12 +186,12 @@ TEST(ZebWcslenTest, CountsSixteenBitUnits) {
   EXPECT_EQ(0u, zeb_wcslen(nullptr));
 }
 
-// The length is found a word at a time: every start alignment and every NUL position within a
-// word must count exactly, with the NUL the last unit of its allocation, and units whose high
-// byte is set (0x8000, 0xFFFF) must never look like a NUL.
+// The length is found a 16-byte block at a time: every start alignment and every NUL position
+// within a block must count exactly, with the NUL the last unit of its allocation, and units
+// whose high byte is set (0x8000, 0xFFFF) must never look like a NUL.
 TEST(ZebWcslenTest, ExactForEveryAlignmentAndLength) {
-  for (size_t offset = 0; offset < 4; ++offset) {
-    for (size_t len = 0; len < 20; ++len) {
+  for (size_t offset = 0; offset < 8; ++offset) {
+    for (size_t len = 0; len < 40; ++len) {
       std::unique_ptr<zwchar_t[]> text(new zwchar_t[offset + len + 1]);
       for (size_t i = 0; i < len; ++i)
         text[offset + i] = i % 2 ? zwchar_t(0x8000) : zwchar_t(0xFFFF);

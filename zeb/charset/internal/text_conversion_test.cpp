@@ -147,7 +147,25 @@ Text placed(const Text& piece, size_t offset) {
   return text + piece + Text(5, static_cast<typename Text::value_type>('z'));
 }
 
-TEST(UtfTranscoder, DecodesEveryLengthAndBoundary) {
+// Each test runs once with every kind of vector code this processor has.
+class EveryVectorCode : public ::testing::TestWithParam<VectorCode> {
+ protected:
+  void SetUp() override {
+    if (GetParam() > bestVectorCode()) GTEST_SKIP() << "not on this processor";
+    useVectorCode(GetParam());
+  }
+  void TearDown() override { useVectorCode(bestVectorCode()); }
+};
+
+std::string nameOf(const ::testing::TestParamInfo<VectorCode>& info) {
+  static const char* const kNames[] = {"Sse2", "Ssse3", "Avx2", "Avx512"};
+  return kNames[static_cast<int>(info.param)];
+}
+
+using UtfTranscoder = EveryVectorCode;
+using TextConversion = EveryVectorCode;
+
+TEST_P(UtfTranscoder, DecodesEveryLengthAndBoundary) {
   const std::string text = std::string("A\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", 10) + '\0' + "z";
   zwchar_t out[8];
   ASSERT_EQ(utf8ToUtf16(text.data(), text.size(), out, 8), 7u);
@@ -157,7 +175,7 @@ TEST(UtfTranscoder, DecodesEveryLengthAndBoundary) {
   EXPECT_EQ(std::string(back, text.size()), text);
 }
 
-TEST(UtfTranscoder, GivesUpOnWhatIconvDiscards) {
+TEST_P(UtfTranscoder, GivesUpOnWhatIconvDiscards) {
   zwchar_t wide[16];
   for (const std::string& bad : kRejectedUtf8) {
     EXPECT_EQ(utf8ToUtf16(bad.data(), bad.size(), wide, 16), kNotTranscoded) << bad;
@@ -173,7 +191,7 @@ TEST(UtfTranscoder, GivesUpOnWhatIconvDiscards) {
   }
 }
 
-TEST(UtfTranscoder, StopsWhereTheOutputEnds) {
+TEST_P(UtfTranscoder, StopsWhereTheOutputEnds) {
   const std::string text = "ab\xE4\xB8\xAD";  // 3 units
   zwchar_t wide[3] = {1, 1, 1};
   EXPECT_EQ(utf8ToUtf16(text.data(), text.size(), wide, 2), kNotTranscoded);
@@ -184,7 +202,7 @@ TEST(UtfTranscoder, StopsWhereTheOutputEnds) {
   EXPECT_EQ(std::string(narrow, 4), std::string("a\x01\x01\x01", 4));  // no partial character
 }
 
-TEST(TextConversion, Utf8MatchesIconvAtEveryPlaceAndSize) {
+TEST_P(TextConversion, Utf8MatchesIconvAtEveryPlaceAndSize) {
   for (size_t offset = 0; offset <= 34; ++offset) {
     for (const std::string& piece : kBoundaryUtf8) {
       const std::string text = placed(piece, offset);
@@ -196,7 +214,7 @@ TEST(TextConversion, Utf8MatchesIconvAtEveryPlaceAndSize) {
   }
 }
 
-TEST(TextConversion, Utf16MatchesIconvAtEveryPlaceAndSize) {
+TEST_P(TextConversion, Utf16MatchesIconvAtEveryPlaceAndSize) {
   for (size_t offset = 0; offset <= 34; ++offset) {
     for (const WString& piece : kBoundaryUtf16) {
       expectSameAsIconv(kUtf8, kUtf16, bytesOf(placed(piece, offset)));
@@ -214,8 +232,33 @@ WString cjkText(size_t length) {
   return cjk;
 }
 
+// The same text in UTF-8, where the decoder takes up to 64 bytes at a time.
+std::string cjkUtf8(size_t length) {
+  const WString units = cjkText(length);
+  std::string text(3 * units.size(), '\0');
+  text.resize(utf16ToUtf8(units.data(), units.size(), &text[0], text.size()));
+  return text;
+}
+
+// Every boundary character, every rejected sequence and every cut-short one at every place of a
+// 64-byte block of such text, and the same at its end.
+TEST_P(TextConversion, Utf8AmongCjkMatchesIconv) {
+  const std::string tail = cjkUtf8(30);
+  for (size_t length = 0; length <= 26; ++length) {
+    const std::string cjk = cjkUtf8(length);
+    for (const std::string& piece : kBoundaryUtf8) {
+      expectSameAsIconv(kUtf16, kUtf8, cjk + piece + tail);
+      expectSameAsIconv(kUtf16, kUtf8, cjk + piece.substr(0, piece.size() - 1));
+    }
+    for (const std::string& bad : kRejectedUtf8) {
+      expectSameAsIconv(kUtf16, kUtf8, cjk + bad);
+      expectSameAsIconv(kUtf16, kUtf8, cjk + bad + tail);
+    }
+  }
+}
+
 // Every boundary character and every unpaired surrogate at every place in and after such text.
-TEST(TextConversion, Utf16AmongCjkMatchesIconv) {
+TEST_P(TextConversion, Utf16AmongCjkMatchesIconv) {
   const WString tail = cjkText(24);
   for (size_t length = 0; length <= 40; ++length) {
     const WString cjk = cjkText(length);
@@ -229,7 +272,7 @@ TEST(TextConversion, Utf16AmongCjkMatchesIconv) {
   }
 }
 
-TEST(TextConversion, LongMixedTextMatchesIconv) {
+TEST_P(TextConversion, LongMixedTextMatchesIconv) {
   std::string text;
   for (int i = 0; text.size() < 300; ++i) text += i % 3 ? "line of ascii text, " : "中文数据€ü😀";
   expectSameAsIconv(kUtf16, kUtf8, text);
@@ -239,14 +282,14 @@ TEST(TextConversion, LongMixedTextMatchesIconv) {
   expectSameAsIconv(kUtf8, kUtf16, bytesOf(wide));
 }
 
-TEST(TextConversion, OtherNamesAndOddUnitsStayWithIconv) {
+TEST_P(TextConversion, OtherNamesAndOddUnitsStayWithIconv) {
   expectSameAsIconv(kUtf8, kUtf16, std::string("a\0b", 3));  // half a unit at the end
   expectSameAsIconv(callerName("utf-16le"), callerName("utf-8"), "caf\xC3\xA9");
   expectSameAsIconv(fixedName("gb2312"), kUtf8, "\xE4\xB8\xAD");
 }
 
 // The exported functions and members reach the transcoder and keep their own rules around it.
-TEST(TextConversion, EntryPointsGiveTheIconvText) {
+TEST_P(TextConversion, EntryPointsGiveTheIconvText) {
   const std::string utf8 = "path/\xE4\xB8\xAD\xE6\x96\x87/\xF0\x9F\x98\x80.txt";
   const WString utf16 = u"path/\u4E2D\u6587/\U0001F600.txt";
   EXPECT_EQ(TWideString(utf8.c_str(), MIB_UTF8).p(), utf16);
@@ -266,5 +309,14 @@ TEST(TextConversion, EntryPointsGiveTheIconvText) {
   EXPECT_EQ(StrUnicodeToANSI(narrow, static_cast<int>(utf8.size()), utf16.c_str()), 0);
   zeb_setAnsiCodePage(saved);
 }
+
+INSTANTIATE_TEST_SUITE_P(, UtfTranscoder,
+                         ::testing::Values(VectorCode::kSse2, VectorCode::kSsse3, VectorCode::kAvx2,
+                                           VectorCode::kAvx512),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(, TextConversion,
+                         ::testing::Values(VectorCode::kSse2, VectorCode::kSsse3, VectorCode::kAvx2,
+                                           VectorCode::kAvx512),
+                         nameOf);
 
 }  // namespace

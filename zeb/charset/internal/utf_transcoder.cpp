@@ -16,6 +16,7 @@
 #include <string.h>
 
 #include <array>
+#include <atomic>
 #else
 #define ZEB_UTF_X86 0
 #endif
@@ -299,27 +300,207 @@ __attribute__((target("ssse3"))) size_t encodeMixedBlocksSsse3(const zwchar_t* p
   return done;
 }
 
+// AVX-512 with byte compression (VBMI2) and byte permutes (VBMI): whole characters, whatever
+// their lengths, 16 units or 64 bytes at a time, with masked loads and stores that touch exactly
+// the text, so a block needs nothing after it.
+#define ZEB_UTF_AVX512 __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2")))
+
+// GCC's AVX-512 intrinsics pass an undefined vector as the unused merge source of their unmasked
+// forms, which its own uninitialised-use check then reports.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+ZEB_UTF_AVX512 inline __m512i splat32(int value) {
+  return _mm512_set1_epi32(value);
+}
+
+// Encodes blocks of 16 units (fewer at the end of the input) that hold no surrogate from the
+// start of p[0, units) at o, which has room for 3 bytes a unit; returns the units done and sets
+// *written to the bytes written. It stops before a block with a surrogate and before a whole block
+// of ASCII, which the ASCII copiers take faster.
+ZEB_UTF_AVX512 size_t encodeMixedBlocksAvx512(const zwchar_t* p, size_t units, unsigned char* o,
+                                              size_t* written) {
+  const __m512i sixBits = splat32(0x3F);
+  const __m512i continuation = splat32(0x80);
+  unsigned char* to = o;
+  size_t done = 0;
+  while (done < units) {
+    const size_t count = smaller(units - done, 16);
+    const __mmask16 live = static_cast<__mmask16>((1u << count) - 1);
+    const __m512i u = _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(live, p + done));
+    const __mmask16 surrogate =
+        _mm512_cmpeq_epi32_mask(_mm512_and_si512(u, splat32(0xF800)), splat32(0xD800));
+    const __mmask16 longer = _mm512_cmpge_epu32_mask(u, splat32(0x80));
+    if (surrogate != 0 || (longer == 0 && count == 16)) break;
+    const __mmask16 three = _mm512_cmpge_epu32_mask(u, splat32(0x800));
+    const __m512i low = _mm512_or_si512(_mm512_and_si512(u, sixBits), continuation);
+    const __m512i middle =
+        _mm512_or_si512(_mm512_and_si512(_mm512_srli_epi32(u, 6), sixBits), continuation);
+    const __m512i twoBytes = _mm512_or_si512(
+        _mm512_or_si512(_mm512_srli_epi32(u, 6), splat32(0xC0)), _mm512_slli_epi32(low, 8));
+    const __m512i threeBytes =
+        _mm512_or_si512(_mm512_or_si512(_mm512_srli_epi32(u, 12), splat32(0xE0)),
+                        _mm512_or_si512(_mm512_slli_epi32(middle, 8), _mm512_slli_epi32(low, 16)));
+    const __m512i bytes =
+        _mm512_mask_mov_epi32(_mm512_mask_mov_epi32(u, longer, twoBytes), three, threeBytes);
+    // One bit for each byte of each character, then the characters' bytes closed up.
+    const __m512i lengths = _mm512_mask_mov_epi32(
+        _mm512_mask_mov_epi32(_mm512_maskz_mov_epi32(live, splat32(0x01)), longer, splat32(0x0101)),
+        three, splat32(0x010101));
+    const __mmask64 kept = _mm512_test_epi8_mask(lengths, lengths);
+    const unsigned length = static_cast<unsigned>(__builtin_popcountll(kept));
+    _mm512_mask_storeu_epi8(to, (1ULL << length) - 1, _mm512_maskz_compress_epi8(kept, bytes));
+    to += length;
+    done += count;
+  }
+  *written = static_cast<size_t>(to - o);
+  return done;
+}
+
+// The bit of each byte of `v` at or above `value` (unsigned).
+ZEB_UTF_AVX512 inline __mmask64 bytesAtLeast(__m512i v, int value) {
+  return _mm512_cmpge_epu8_mask(v, _mm512_set1_epi8(static_cast<char>(value)));
+}
+
+// The units of 32 characters whose first, second and third bytes are in the 16-bit lanes of b0,
+// b1 and b2 (ASCII, two- or three-byte, as the first byte says).
+ZEB_UTF_AVX512 inline __m512i decodeUnits(__m512i b0, __m512i b1, __m512i b2) {
+  const __m512i sixBits = _mm512_set1_epi16(0x3F);
+  const __m512i tail = _mm512_and_si512(b1, sixBits);
+  const __m512i two =
+      _mm512_or_si512(_mm512_slli_epi16(_mm512_and_si512(b0, _mm512_set1_epi16(0x1F)), 6), tail);
+  const __m512i three =
+      _mm512_or_si512(_mm512_or_si512(_mm512_slli_epi16(b0, 12), _mm512_slli_epi16(tail, 6)),
+                      _mm512_and_si512(b2, sixBits));
+  const __mmask32 isTwo = _mm512_cmpge_epu16_mask(b0, _mm512_set1_epi16(0xC0));
+  const __mmask32 isThree = _mm512_cmpge_epu16_mask(b0, _mm512_set1_epi16(0xE0));
+  return _mm512_mask_mov_epi16(_mm512_mask_mov_epi16(b0, isTwo, two), isThree, three);
+}
+
+// Decodes blocks of up to 64 bytes of ASCII, two- and three-byte sequences from the start of
+// p[0, bytes) at o, which has room for a unit a byte; returns the bytes done and sets *written to
+// the units written. A block ends before its last character start unless it reaches the end of
+// the input. It stops before a block with anything else (a four-byte sequence, any invalid or
+// truncated one) and before a whole block of ASCII, which the ASCII copiers take faster.
+ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t bytes, zwchar_t* o,
+                                              size_t* written) {
+  const __m512i positions = _mm512_set_epi8(
+      63, 62, 61, 60, 59, 58, 57, 56, 55, 54, 53, 52, 51, 50, 49, 48, 47, 46, 45, 44, 43, 42, 41,
+      40, 39, 38, 37, 36, 35, 34, 33, 32, 31, 30, 29, 28, 27, 26, 25, 24, 23, 22, 21, 20, 19, 18,
+      17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+  const __m512i one = _mm512_set1_epi8(1);
+  zwchar_t* to = o;
+  size_t done = 0;
+  while (done < bytes) {
+    const size_t left = bytes - done;
+    const bool last = left <= 64;
+    const __mmask64 live = last && left < 64 ? (1ULL << left) - 1 : ~0ULL;
+    const __m512i v = _mm512_maskz_loadu_epi8(live, p + done);
+    const __mmask64 nonAscii = bytesAtLeast(v, 0x80);
+    if (nonAscii == 0 && !last) break;
+    const __mmask64 continuation = nonAscii & ~bytesAtLeast(v, 0xC0);
+    const __mmask64 starts = live & ~continuation;
+    const __mmask64 twoLeads = bytesAtLeast(v, 0xC2) & ~bytesAtLeast(v, 0xE0);
+    const __mmask64 threeLeads = bytesAtLeast(v, 0xE0) & ~bytesAtLeast(v, 0xF0);
+    const __mmask64 badLeads =
+        (bytesAtLeast(v, 0xC0) & ~bytesAtLeast(v, 0xC2)) | bytesAtLeast(v, 0xF0);
+    // The bytes judged: all of a last block; else up to the last character start, which is
+    // judged too (no character before it may run into it) and begins the next block.
+    const unsigned lastStart = 63u - static_cast<unsigned>(__builtin_clzll(starts));
+    const size_t taken = last ? left : lastStart;
+    const __mmask64 judged = last ? live : (lastStart == 63 ? ~0ULL : (2ULL << lastStart) - 1);
+    const __mmask64 expected = (twoLeads << 1) | (threeLeads << 1) | (threeLeads << 2);
+    // A last block whose final sequence is cut short (its missing bytes past the input, or
+    // shifted out past the block's 64 bits).
+    const bool cutShort = last && ((expected & ~live) != 0 ||
+                                   ((twoLeads | threeLeads) >> 63) != 0 || (threeLeads >> 62) != 0);
+    if (taken == 0 || ((expected ^ continuation) & judged) != 0 || (badLeads & judged) != 0 ||
+        cutShort) {
+      break;
+    }
+    const __mmask64 characters = starts & (taken == 64 ? ~0ULL : (1ULL << taken) - 1);
+    const __m512i at = _mm512_maskz_compress_epi8(characters, positions);
+    const __m512i first = _mm512_permutexvar_epi8(at, v);
+    const __m512i second = _mm512_permutexvar_epi8(_mm512_add_epi8(at, one), v);
+    const __m512i third =
+        _mm512_permutexvar_epi8(_mm512_add_epi8(at, _mm512_add_epi8(one, one)), v);
+    // Overlong three-byte forms (E0 80..9F) and encoded surrogates (ED A0..BF).
+    const __mmask64 overlong =
+        _mm512_cmpeq_epi8_mask(first, _mm512_set1_epi8(static_cast<char>(0xE0))) &
+        ~bytesAtLeast(second, 0xA0);
+    const __mmask64 surrogate =
+        _mm512_cmpeq_epi8_mask(first, _mm512_set1_epi8(static_cast<char>(0xED))) &
+        bytesAtLeast(second, 0xA0);
+    const unsigned count = static_cast<unsigned>(__builtin_popcountll(characters));
+    const __mmask64 counted = count == 64 ? ~0ULL : (1ULL << count) - 1;
+    if (((overlong | surrogate) & counted) != 0) break;
+    const __m512i low = decodeUnits(_mm512_cvtepu8_epi16(_mm512_castsi512_si256(first)),
+                                    _mm512_cvtepu8_epi16(_mm512_castsi512_si256(second)),
+                                    _mm512_cvtepu8_epi16(_mm512_castsi512_si256(third)));
+    _mm512_mask_storeu_epi16(to, static_cast<__mmask32>(counted), low);
+    if (count > 32) {
+      const __m512i high = decodeUnits(_mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(first, 1)),
+                                       _mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(second, 1)),
+                                       _mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(third, 1)));
+      _mm512_mask_storeu_epi16(to + 32, static_cast<__mmask32>(counted >> 32), high);
+    }
+    to += count;
+    done += taken;
+  }
+  *written = static_cast<size_t>(to - o);
+  return done;
+}
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+
+using DecodeMixedBlocks = size_t (*)(const unsigned char* p, size_t bytes, zwchar_t* o,
+                                     size_t* written);
+
+size_t decodeMixedBlocksNone(const unsigned char*, size_t, zwchar_t*, size_t* written) {
+  *written = 0;
+  return 0;
+}
+
 struct BlockCopiers {
   WidenBlocks widen;
   NarrowBlocks narrow;
   EncodeMixedBlocks encodeMixed;
+  DecodeMixedBlocks decodeMixed;
 };
 
-BlockCopiers pickBlockCopiers() {
+// The copiers of each kind of vector code, in the order of VectorCode.
+const BlockCopiers kBlockCopiers[] = {
+    {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksNone, decodeMixedBlocksNone},
+    {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksSsse3, decodeMixedBlocksNone},
+    {widenBlocksAvx2, narrowBlocksAvx2, encodeMixedBlocksSsse3, decodeMixedBlocksNone},
+    {widenBlocksAvx2, narrowBlocksAvx2, encodeMixedBlocksAvx512, decodeMixedBlocksAvx512},
+};
+
+VectorCode processorsVectorCode() {
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2")) {
-    return {widenBlocksAvx2, narrowBlocksAvx2, encodeMixedBlocksSsse3};
+  if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+      __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2")) {
+    return VectorCode::kAvx512;
   }
-  if (__builtin_cpu_supports("ssse3")) {
-    return {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksSsse3};
-  }
-  return {widenBlocksSse2, narrowBlocksSse2, encodeMixedBlocksNone};
+  if (__builtin_cpu_supports("avx2")) return VectorCode::kAvx2;
+  if (__builtin_cpu_supports("ssse3")) return VectorCode::kSsse3;
+  return VectorCode::kSse2;
 }
+
+std::atomic<const BlockCopiers*> chosenCopiers{nullptr};
 
 // Chosen on first use, so that conversions run by other static initialisers find them too.
 const BlockCopiers& blockCopiers() {
-  static const BlockCopiers copiers = pickBlockCopiers();
-  return copiers;
+  const BlockCopiers* copiers = chosenCopiers.load(std::memory_order_relaxed);
+  if (copiers == nullptr) {
+    copiers = &kBlockCopiers[static_cast<int>(bestVectorCode())];
+    chosenCopiers.store(copiers, std::memory_order_relaxed);
+  }
+  return *copiers;
 }
 
 // An ASCII run this long goes on in the widest blocks the processor has; shorter ones stay in
@@ -465,16 +646,44 @@ bool encodeCharacter(Encoding& c) {
   return true;
 }
 
+// Decodes what it can of a run of ASCII, two- and three-byte sequences, many bytes at a time
+// where the processor can; returns whether it took any. The output must hold any text.
+bool decodeMixedRun(Decoding<false>& c) {
+#if ZEB_UTF_X86
+  size_t written = 0;
+  const size_t done = blockCopiers().decodeMixed(c.p, c.inLeft(), c.o, &written);
+  c.p += done;
+  c.o += written;
+  return done != 0;
+#else
+  (void)c;
+  return false;
+#endif
+}
+
+// After a try of the blocks that takes nothing, the next few multi-byte characters go one by
+// one: text the blocks do not take (four-byte sequences, for one) would otherwise pay a failed
+// try for each.
+constexpr unsigned kCharactersBetweenTries = 8;
+
 template <bool kCheckRoom>
 size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
   Decoding<kCheckRoom> c{in, in + inBytes, out, out + outUnits};
+  unsigned untilNextTry = 0;
   while (c.p < c.end) {
     if (*c.p < 0x80) {
       const size_t run = widenAscii(c.p, c.roomFor(1), c.o);
       if (run == 0) return kNotTranscoded;  // no room left
       c.p += run;
       c.o += run;
-    } else if (!decodeSequence(c)) {
+    } else if (untilNextTry == 0) {
+      untilNextTry = kCharactersBetweenTries;
+      if constexpr (!kCheckRoom) {
+        if (decodeMixedRun(c)) untilNextTry = 0;
+      }
+    } else if (decodeSequence(c)) {
+      --untilNextTry;
+    } else {
       return kNotTranscoded;
     }
   }
@@ -483,21 +692,22 @@ size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t out
 
 // Encodes what it can of a run of ASCII and three-byte characters, as text in CJK has, 8 units
 // at a time where the processor can. The output must hold any text.
-void encodeMixedRun(Encoding<false>& c) {
+// Returns whether it took any.
+bool encodeMixedRun(Encoding<false>& c) {
 #if ZEB_UTF_X86
   size_t written = 0;
-  c.p += blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
+  const size_t done = blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
+  c.p += done;
   c.o += written;
+  return done != 0;
 #else
   (void)c;
+  return false;
 #endif
 }
 
 template <bool kCheckRoom>
 size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t outBytes) {
-  // After each try of the blocks, the next few non-ASCII characters go one by one: text with
-  // other characters (two-byte ones, surrogate pairs) would otherwise pay a failed try for each.
-  constexpr unsigned kCharactersBetweenTries = 8;
   Encoding<kCheckRoom> c{in, in + inUnits, out, out + outBytes};
   unsigned untilNextTry = 0;
   while (c.p < c.end) {
@@ -508,7 +718,9 @@ size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t out
       c.o += run;
     } else if (untilNextTry == 0) {
       untilNextTry = kCharactersBetweenTries;
-      if constexpr (!kCheckRoom) encodeMixedRun(c);
+      if constexpr (!kCheckRoom) {
+        if (encodeMixedRun(c)) untilNextTry = 0;
+      }
     } else if (encodeCharacter(c)) {
       --untilNextTry;
     } else {
@@ -519,6 +731,24 @@ size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t out
 }
 
 }  // namespace
+
+VectorCode bestVectorCode() {
+#if ZEB_UTF_X86
+  static const VectorCode best = processorsVectorCode();
+  return best;
+#else
+  return VectorCode::kSse2;
+#endif
+}
+
+void useVectorCode(VectorCode code) {
+#if ZEB_UTF_X86
+  const VectorCode usable = code < bestVectorCode() ? code : bestVectorCode();
+  chosenCopiers.store(&kBlockCopiers[static_cast<int>(usable)], std::memory_order_relaxed);
+#else
+  (void)code;
+#endif
+}
 
 // A byte of UTF-8 gives at most one unit, a unit at most three bytes (a pair four): an output of
 // that size needs no checks of room.

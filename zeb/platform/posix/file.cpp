@@ -30,11 +30,20 @@ namespace {
 // memcpy with the sizes of typed values copied inline (the common case here) rather than by a call.
 void copySmall(void* to, const void* from, size_t size) {
   switch (size) {
-    case 1: std::memcpy(to, from, 1); break;
-    case 2: std::memcpy(to, from, 2); break;
-    case 4: std::memcpy(to, from, 4); break;
-    case 8: std::memcpy(to, from, 8); break;
-    default: std::memcpy(to, from, size);
+    case 1:
+      std::memcpy(to, from, 1);
+      break;
+    case 2:
+      std::memcpy(to, from, 2);
+      break;
+    case 4:
+      std::memcpy(to, from, 4);
+      break;
+    case 8:
+      std::memcpy(to, from, 8);
+      break;
+    default:
+      std::memcpy(to, from, size);
   }
 }
 
