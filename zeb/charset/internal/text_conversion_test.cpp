@@ -132,6 +132,7 @@ const std::string kRejectedUtf8[] = {
     "\xC2\x41",
     "\xE4\xB8\x41",
     "\xF0\x90\x80\x41",
+    std::string(70, '\x80'),  // more continuation bytes than a vector block holds
 };
 const WString kRejectedUtf16[] = {
     WString{0xD800},         WString{0xDBFF, 0x0041},         WString{0xDC00},

@@ -402,6 +402,7 @@ ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t byt
     if (nonAscii == 0 && !last) break;
     const __mmask64 continuation = nonAscii & ~bytesAtLeast(v, 0xC0);
     const __mmask64 starts = live & ~continuation;
+    if (starts == 0) break;  // continuation bytes only
     const __mmask64 twoLeads = bytesAtLeast(v, 0xC2) & ~bytesAtLeast(v, 0xE0);
     const __mmask64 threeLeads = bytesAtLeast(v, 0xE0) & ~bytesAtLeast(v, 0xF0);
     const __mmask64 badLeads =
