@@ -1,9 +1,9 @@
 // Fuzzes the UTF-8 <-> UTF-16 fast path against the iconv path it stands in for: as UTF-8 both
 // arbitrary bytes and pieces picked from a short palette, as UTF-16 both arbitrary 16-bit units
 // and units picked from a palette, through both kinds of conversion (discarding and replacing),
-// into outputs of every size from 0 up, with the kind of vector code the first byte picks.
-// Results and every byte of the outputs must be the same; the outputs are sized exactly, so
-// AddressSanitizer sees any overrun.
+// into outputs of every size from 0 up and measuring, with the kind of vector code the first byte
+// picks. Results and every byte of the outputs must be the same; the outputs are sized exactly,
+// so AddressSanitizer sees any overrun.
 #include <stddef.h>
 #include <stdint.h>
 #include <stdlib.h>
@@ -77,6 +77,8 @@ void compareAtEverySize(CharsetName to, CharsetName from, const void* in, size_t
   for (size_t size = 0; size <= 2 * swept + 8; ++size)
     compareAtSize(to, from, in, swept, size, fill);
   compareAtSize(to, from, in, inBytes, largest, fill);
+  check(convertTextReplacing(to, from, in, inBytes, nullptr, 0, kReplacement) ==
+        convertReplacing(to, from, in, inBytes, nullptr, 0, kReplacement));
 }
 
 // Units that make the transcoder's cases likely: ASCII, two- and three-byte characters, both

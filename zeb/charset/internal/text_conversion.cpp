@@ -41,20 +41,24 @@ bool isUnitAligned(const void* at) {
   return reinterpret_cast<uintptr_t>(at) % alignof(zwchar_t) == 0;
 }
 
-// The bytes the transcoder wrote, or kNotTranscoded when it did not take the conversion or gave
-// up on it.
+// The bytes the transcoder wrote (with a null `out`: would write, given room enough), or
+// kNotTranscoded when it did not take the conversion or gave up on it.
 size_t transcode(CharsetName to, CharsetName from, const void* in, size_t inBytes, void* out,
                  size_t outBytes) {
   const Direction direction = directionOf(to, from);
   if (direction == Direction::kUtf8ToUtf16 && isUnitAligned(out)) {
-    const size_t units = utf8ToUtf16(static_cast<const char*>(in), inBytes,
-                                     static_cast<zwchar_t*>(out), outBytes / sizeof(zwchar_t));
+    const char* text = static_cast<const char*>(in);
+    const size_t units = out == nullptr ? utf8ToUtf16Length(text, inBytes)
+                                        : utf8ToUtf16(text, inBytes, static_cast<zwchar_t*>(out),
+                                                      outBytes / sizeof(zwchar_t));
     return units == kNotTranscoded ? kNotTranscoded : units * sizeof(zwchar_t);
   }
   if (direction == Direction::kUtf16ToUtf8 && isUnitAligned(in) &&
       inBytes % sizeof(zwchar_t) == 0) {
-    return utf16ToUtf8(static_cast<const zwchar_t*>(in), inBytes / sizeof(zwchar_t),
-                       static_cast<char*>(out), outBytes);
+    const zwchar_t* text = static_cast<const zwchar_t*>(in);
+    const size_t units = inBytes / sizeof(zwchar_t);
+    return out == nullptr ? utf16ToUtf8Length(text, units)
+                          : utf16ToUtf8(text, units, static_cast<char*>(out), outBytes);
   }
   return kNotTranscoded;
 }
@@ -63,17 +67,17 @@ size_t transcode(CharsetName to, CharsetName from, const void* in, size_t inByte
 
 ConvertResult convertText(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                           void* out, size_t outBytes) {
-  const size_t written = transcode(to, from, in, inBytes, out, outBytes);
-  if (written != kNotTranscoded) return {written, true};
+  if (out != nullptr) {
+    const size_t written = transcode(to, from, in, inBytes, out, outBytes);
+    if (written != kNotTranscoded) return {written, true};
+  }
   return convertDiscarding(to, from, in, inBytes, out, outBytes);
 }
 
 size_t convertTextReplacing(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                             void* out, size_t outBytes, const Replacement& replacement) {
-  if (out != nullptr) {
-    const size_t written = transcode(to, from, in, inBytes, out, outBytes);
-    if (written != kNotTranscoded) return written;
-  }
+  const size_t written = transcode(to, from, in, inBytes, out, outBytes);
+  if (written != kNotTranscoded) return written;
   return convertReplacing(to, from, in, inBytes, out, outBytes, replacement);
 }
 

@@ -24,8 +24,8 @@ inline constexpr char kUtf8Name[] = "UTF-8";
 ConvertResult convertText(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                           void* out, size_t outBytes);
 
-// convertReplacing, on the transcoder when it takes the conversion. Measuring (a null `out`)
-// stays with iconv.
+// convertReplacing, on the transcoder when it takes the conversion, measuring (a null `out`)
+// included.
 size_t convertTextReplacing(CharsetName to, CharsetName from, const void* in, size_t inBytes,
                             void* out, size_t outBytes, const Replacement& replacement);
 

@@ -76,6 +76,11 @@ Outcome replacing(bool fast, CharsetName to, CharsetName from, const std::string
 // Both conversions of `in` `to` <- `from`, fast path against iconv, into outputs of every size
 // from 0 to a little past the largest the text can need.
 void expectSameAsIconv(CharsetName to, CharsetName from, const std::string& in) {
+  const WString aligned((in.size() + 1) / 2, 0);
+  memcpy(const_cast<zwchar_t*>(aligned.data()), in.data(), in.size());
+  ASSERT_EQ(convertTextReplacing(to, from, aligned.data(), in.size(), nullptr, 0, kReplacement),
+            convertReplacing(to, from, aligned.data(), in.size(), nullptr, 0, kReplacement))
+      << "measuring " << from.text << " -> " << to.text << ", " << in.size() << " bytes";
   const size_t largest = 2 * in.size() + 8;
   for (size_t size = 0; size <= largest; ++size) {
     ASSERT_EQ(discarding(true, to, from, in, size), discarding(false, to, from, in, size))
@@ -281,6 +286,27 @@ TEST_P(TextConversion, LongMixedTextMatchesIconv) {
   wide.resize(static_cast<size_t>(StrUtf8ToUnicode(&wide[0], static_cast<int>(wide.size()),
                                                    text.data(), static_cast<int>(text.size()))));
   expectSameAsIconv(kUtf8, kUtf16, bytesOf(wide));
+}
+
+// The measures go over long text in pieces, which must never cut a character or a pair: valid
+// text is measured by the transcoder itself, as iconv measures it; invalid text is refused.
+TEST_P(UtfTranscoder, MeasuresLongTextInWholeCharacters) {
+  const std::string pieces[] = {"\xE4\xB8\xAD", "\xF0\x9F\x98\x80", "\xC3\xA9"};
+  for (const std::string& piece : pieces) {
+    for (size_t lead = 0; lead < 4; ++lead) {
+      std::string utf8(lead, 'a');
+      while (utf8.size() < 7000) utf8 += piece;
+      const size_t units = utf8ToUtf16Length(utf8.data(), utf8.size());
+      ASSERT_EQ(2 * units, convertReplacing(kUtf16, kUtf8, utf8.data(), utf8.size(), nullptr, 0,
+                                            kReplacement));
+      WString wide(units, 0);
+      ASSERT_EQ(utf8ToUtf16(utf8.data(), utf8.size(), &wide[0], units), units);
+      EXPECT_EQ(utf16ToUtf8Length(wide.data(), wide.size()), utf8.size());
+      EXPECT_EQ(utf8ToUtf16Length((utf8 + "\xE4\xB8").data(), utf8.size() + 2), kNotTranscoded);
+      EXPECT_EQ(utf16ToUtf8Length((wide + WString(1, 0xD800)).data(), wide.size() + 1),
+                kNotTranscoded);
+    }
+  }
 }
 
 TEST_P(TextConversion, OtherNamesAndOddUnitsStayWithIconv) {

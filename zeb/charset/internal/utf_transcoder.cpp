@@ -765,5 +765,44 @@ size_t utf16ToUtf8(const zwchar_t* in, size_t inUnits, char* out, size_t outByte
                                  : encode<true>(in, inUnits, to, outBytes);
 }
 
+// The measures run the transcoders over pieces of the input into a scratch block, each piece
+// ending on a character boundary, so they accept exactly what the transcoders accept.
+namespace {
+constexpr size_t kMeasuredPiece = 2048;
+}  // namespace
+
+size_t utf8ToUtf16Length(const char* in, size_t inBytes) {
+  zwchar_t scratch[kMeasuredPiece];
+  size_t units = 0;
+  for (size_t at = 0; at < inBytes;) {
+    size_t end = smaller(inBytes, at + kMeasuredPiece);
+    // Back to the start of the character the piece would cut (a run of continuation bytes only
+    // is invalid whatever the cut, so it keeps the piece whole).
+    size_t cut = end;
+    while (cut > at && end < inBytes && isContinuation(static_cast<unsigned char>(in[cut]))) --cut;
+    if (cut > at) end = cut;
+    const size_t done = utf8ToUtf16(in + at, end - at, scratch, kMeasuredPiece);
+    if (done == kNotTranscoded) return kNotTranscoded;
+    units += done;
+    at = end;
+  }
+  return units;
+}
+
+size_t utf16ToUtf8Length(const zwchar_t* in, size_t inUnits) {
+  char scratch[3 * kMeasuredPiece];
+  size_t bytes = 0;
+  for (size_t at = 0; at < inUnits;) {
+    size_t end = smaller(inUnits, at + kMeasuredPiece);
+    // A pair is never split: a piece does not end on a high surrogate.
+    if (end < inUnits && end - at > 1 && (in[end - 1] & 0xFC00) == 0xD800) --end;
+    const size_t done = utf16ToUtf8(in + at, end - at, scratch, sizeof scratch);
+    if (done == kNotTranscoded) return kNotTranscoded;
+    bytes += done;
+    at = end;
+  }
+  return bytes;
+}
+
 }  // namespace charset
 }  // namespace zeb

@@ -46,6 +46,14 @@ size_t utf8ToUtf16(const char* in, size_t inBytes, zwchar_t* out, size_t outUnit
 // which `out` holds what utf8ToUtf16 leaves in the same case.
 size_t utf16ToUtf8(const zwchar_t* in, size_t inUnits, char* out, size_t outBytes);
 
+// The units utf8ToUtf16 would write for in[0, inBytes) given room enough, or kNotTranscoded when
+// it would give up on the text.
+size_t utf8ToUtf16Length(const char* in, size_t inBytes);
+
+// The bytes utf16ToUtf8 would write for in[0, inUnits) given room enough, or kNotTranscoded when
+// it would give up on the text.
+size_t utf16ToUtf8Length(const zwchar_t* in, size_t inUnits);
+
 }  // namespace charset
 }  // namespace zeb
 
