@@ -1,13 +1,14 @@
 // utf_transcoder.cpp: UTF-8 <-> UTF-16 for valid text.
 //
-// Both directions alternate between a run of ASCII, copied by the vector code below, and one
-// multi-byte character, decoded or encoded directly; the encoder also takes text made of ASCII
-// and three-byte characters (CJK) 8 units at a time. Where the output is large enough for any
-// text (as the library's documented sizes are) no step checks for room. Every character is
-// checked before anything of it is written, and nothing is written past the text of the
-// characters taken except by the encoder's blocks, whose last store runs a few bytes ahead only
-// where the characters that follow are sure to overwrite them. So a transcoder that gives up
-// leaves in `out` exactly the start of what iconv writes there.
+// Both directions share one loop: a run of ASCII goes to the ASCII copiers below, other
+// characters to the vector blocks of the processor's kind (SSSE3: UTF-16 of ASCII and three-byte
+// characters 8 units at a time; AVX-512: any characters up to three bytes long, both ways), and
+// one at a time where the blocks do not take them. Where the output is large enough for any text
+// (as the library's documented sizes are) no step checks for room. Every character is checked
+// before anything of it is written, and nothing is written past the text of the characters taken
+// except by the SSSE3 blocks, whose last store runs a few bytes ahead only where the characters
+// that follow are sure to overwrite them (the AVX-512 blocks store under a mask). So a
+// transcoder that gives up leaves in `out` exactly the start of what iconv writes there.
 #include "zeb/charset/internal/utf_transcoder.h"
 
 #if defined(__x86_64__)
@@ -647,12 +648,49 @@ bool encodeCharacter(Encoding& c) {
   return true;
 }
 
-// Decodes what it can of a run of ASCII, two- and three-byte sequences, many bytes at a time
-// where the processor can; returns whether it took any. The output must hold any text.
-bool decodeMixedRun(Decoding<false>& c) {
+// The two directions, for the loop they share: the ASCII copier, the vector blocks of other
+// characters and the one-character step of each.
+struct Decoder {
+  template <bool kCheckRoom>
+  using Cursors = Decoding<kCheckRoom>;
+  static size_t ascii(const unsigned char* p, size_t room, zwchar_t* o) {
+    return widenAscii(p, room, o);
+  }
+#if ZEB_UTF_X86
+  static size_t blocks(const unsigned char* p, size_t bytes, zwchar_t* o, size_t* written) {
+    return blockCopiers().decodeMixed(p, bytes, o, written);
+  }
+#endif
+  template <typename C>
+  static bool character(C& c) {
+    return decodeSequence(c);
+  }
+};
+
+struct Encoder {
+  template <bool kCheckRoom>
+  using Cursors = Encoding<kCheckRoom>;
+  static size_t ascii(const zwchar_t* p, size_t room, unsigned char* o) {
+    return narrowAscii(p, room, o);
+  }
+#if ZEB_UTF_X86
+  static size_t blocks(const zwchar_t* p, size_t units, unsigned char* o, size_t* written) {
+    return blockCopiers().encodeMixed(p, units, o, written);
+  }
+#endif
+  template <typename C>
+  static bool character(C& c) {
+    return encodeCharacter(c);
+  }
+};
+
+// Converts what the vector blocks take of the text at c.p; returns whether they took any. The
+// output must hold any text.
+template <typename Way, typename C>
+bool blocksRun(C& c) {
 #if ZEB_UTF_X86
   size_t written = 0;
-  const size_t done = blockCopiers().decodeMixed(c.p, c.inLeft(), c.o, &written);
+  const size_t done = Way::blocks(c.p, c.inLeft(), c.o, &written);
   c.p += done;
   c.o += written;
   return done != 0;
@@ -662,67 +700,29 @@ bool decodeMixedRun(Decoding<false>& c) {
 #endif
 }
 
-// After a try of the blocks that takes nothing, the next few multi-byte characters go one by
-// one: text the blocks do not take (four-byte sequences, for one) would otherwise pay a failed
-// try for each.
+// After a try of the blocks that takes nothing, the next few non-ASCII characters go one by one:
+// text the blocks do not take (surrogate pairs, for one) would otherwise pay a failed try for
+// each.
 constexpr unsigned kCharactersBetweenTries = 8;
 
-template <bool kCheckRoom>
-size_t decode(const unsigned char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
-  Decoding<kCheckRoom> c{in, in + inBytes, out, out + outUnits};
+// Runs of ASCII go to the ASCII copier, other characters to the blocks, one at a time where the
+// blocks do not take them. Returns the units written, or kNotTranscoded.
+template <typename Way, bool kCheckRoom, typename From, typename To>
+size_t transcodeAll(const From* in, size_t inLength, To* out, size_t outLength) {
+  typename Way::template Cursors<kCheckRoom> c{in, in + inLength, out, out + outLength};
   unsigned untilNextTry = 0;
   while (c.p < c.end) {
     if (*c.p < 0x80) {
-      const size_t run = widenAscii(c.p, c.roomFor(1), c.o);
+      const size_t run = Way::ascii(c.p, c.roomFor(1), c.o);
       if (run == 0) return kNotTranscoded;  // no room left
       c.p += run;
       c.o += run;
     } else if (untilNextTry == 0) {
       untilNextTry = kCharactersBetweenTries;
       if constexpr (!kCheckRoom) {
-        if (decodeMixedRun(c)) untilNextTry = 0;
+        if (blocksRun<Way>(c)) untilNextTry = 0;
       }
-    } else if (decodeSequence(c)) {
-      --untilNextTry;
-    } else {
-      return kNotTranscoded;
-    }
-  }
-  return static_cast<size_t>(c.o - out);
-}
-
-// Encodes what it can of a run of ASCII and three-byte characters, as text in CJK has, 8 units
-// at a time where the processor can. The output must hold any text.
-// Returns whether it took any.
-bool encodeMixedRun(Encoding<false>& c) {
-#if ZEB_UTF_X86
-  size_t written = 0;
-  const size_t done = blockCopiers().encodeMixed(c.p, c.inLeft(), c.o, &written);
-  c.p += done;
-  c.o += written;
-  return done != 0;
-#else
-  (void)c;
-  return false;
-#endif
-}
-
-template <bool kCheckRoom>
-size_t encode(const zwchar_t* in, size_t inUnits, unsigned char* out, size_t outBytes) {
-  Encoding<kCheckRoom> c{in, in + inUnits, out, out + outBytes};
-  unsigned untilNextTry = 0;
-  while (c.p < c.end) {
-    if (*c.p < 0x80) {
-      const size_t run = narrowAscii(c.p, c.roomFor(1), c.o);
-      if (run == 0) return kNotTranscoded;
-      c.p += run;
-      c.o += run;
-    } else if (untilNextTry == 0) {
-      untilNextTry = kCharactersBetweenTries;
-      if constexpr (!kCheckRoom) {
-        if (encodeMixedRun(c)) untilNextTry = 0;
-      }
-    } else if (encodeCharacter(c)) {
+    } else if (Way::character(c)) {
       --untilNextTry;
     } else {
       return kNotTranscoded;
@@ -755,14 +755,14 @@ void useVectorCode(VectorCode code) {
 // that size needs no checks of room.
 size_t utf8ToUtf16(const char* in, size_t inBytes, zwchar_t* out, size_t outUnits) {
   const auto* from = reinterpret_cast<const unsigned char*>(in);
-  return outUnits >= inBytes ? decode<false>(from, inBytes, out, outUnits)
-                             : decode<true>(from, inBytes, out, outUnits);
+  return outUnits >= inBytes ? transcodeAll<Decoder, false>(from, inBytes, out, outUnits)
+                             : transcodeAll<Decoder, true>(from, inBytes, out, outUnits);
 }
 
 size_t utf16ToUtf8(const zwchar_t* in, size_t inUnits, char* out, size_t outBytes) {
   auto* to = reinterpret_cast<unsigned char*>(out);
-  return outBytes / 3 >= inUnits ? encode<false>(in, inUnits, to, outBytes)
-                                 : encode<true>(in, inUnits, to, outBytes);
+  return outBytes / 3 >= inUnits ? transcodeAll<Encoder, false>(in, inUnits, to, outBytes)
+                                 : transcodeAll<Encoder, true>(in, inUnits, to, outBytes);
 }
 
 // The measures run the transcoders over pieces of the input into a scratch block, each piece

@@ -27,23 +27,20 @@ namespace platform {
 
 namespace {
 
-// memcpy with the sizes of typed values copied inline (the common case here) rather than by a call.
-void copySmall(void* to, const void* from, size_t size) {
-  switch (size) {
-    case 1:
-      std::memcpy(to, from, 1);
-      break;
-    case 2:
-      std::memcpy(to, from, 2);
-      break;
-    case 4:
-      std::memcpy(to, from, 4);
-      break;
-    case 8:
-      std::memcpy(to, from, 8);
-      break;
-    default:
-      std::memcpy(to, from, size);
+// memcpy of 1 to 8 bytes (the sizes of typed values, the common case here) in at most two
+// inline copies that may overlap, rather than by a call; longer copies call memcpy.
+void copySmall(char* to, const void* data, size_t size) {
+  const char* from = static_cast<const char*>(data);
+  if (size > 8) {
+    std::memcpy(to, from, size);
+  } else if (size >= 4) {
+    std::memcpy(to, from, 4);
+    std::memcpy(to + size - 4, from + size - 4, 4);
+  } else if (size >= 2) {
+    std::memcpy(to, from, 2);
+    std::memcpy(to + size - 2, from + size - 2, 2);
+  } else {
+    *to = *from;
   }
 }
 
