@@ -42,10 +42,10 @@ size_t length(const CharT* s) {
 // The 16-bit length a block at a time: it is on the path of every conversion of UTF-16 text.
 // The blocks read are aligned to their size, so no read crosses into another page, but the block
 // that holds the NUL may reach past the end of the text's allocation (and the first may start
-// before the text); the address sanitizer is told so, as it is for the C library's own strlen.
-// A text not aligned for its units goes one unit at a time.
+// before the text); the address and thread sanitizers are told so, as they are for the C
+// library's own strlen. A text not aligned for its units goes one unit at a time.
 #if defined(__SSE2__)
-__attribute__((no_sanitize("address"))) size_t unitsBeforeNul(const zwchar_t* s) {
+__attribute__((no_sanitize("address", "thread"))) size_t unitsBeforeNul(const zwchar_t* s) {
   const uintptr_t start = reinterpret_cast<uintptr_t>(s);
   if (start % sizeof(zwchar_t) != 0) return length(s);
   const __m128i zero = _mm_setzero_si128();
@@ -64,7 +64,7 @@ __attribute__((no_sanitize("address"))) size_t unitsBeforeNul(const zwchar_t* s)
   return static_cast<size_t>(nul - start) / sizeof(zwchar_t);
 }
 #else
-__attribute__((no_sanitize("address"))) size_t unitsBeforeNul(const zwchar_t* s) {
+__attribute__((no_sanitize("address", "thread"))) size_t unitsBeforeNul(const zwchar_t* s) {
   const zwchar_t* p = s;
   for (; reinterpret_cast<uintptr_t>(p) % sizeof(uint64_t) != 0; ++p) {
     if (*p == 0) return static_cast<size_t>(p - s);
