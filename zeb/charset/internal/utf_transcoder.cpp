@@ -317,6 +317,11 @@ ZEB_UTF_AVX512 inline __m512i splat32(int value) {
   return _mm512_set1_epi32(value);
 }
 
+// The mask of the lowest n (at most 64) bits: one bit for each of the first n lanes.
+inline uint64_t lowBits(size_t n) {
+  return n >= 64 ? ~0ULL : (1ULL << n) - 1;
+}
+
 // Encodes blocks of 16 units (fewer at the end of the input) that hold no surrogate from the
 // start of p[0, units) at o, which has room for 3 bytes a unit; returns the units done and sets
 // *written to the bytes written. It stops before a block with a surrogate and before a whole block
@@ -329,7 +334,7 @@ ZEB_UTF_AVX512 size_t encodeMixedBlocksAvx512(const zwchar_t* p, size_t units, u
   size_t done = 0;
   while (done < units) {
     const size_t count = smaller(units - done, 16);
-    const __mmask16 live = static_cast<__mmask16>((1u << count) - 1);
+    const __mmask16 live = static_cast<__mmask16>(lowBits(count));
     const __m512i u = _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(live, p + done));
     const __mmask16 surrogate =
         _mm512_cmpeq_epi32_mask(_mm512_and_si512(u, splat32(0xF800)), splat32(0xD800));
@@ -352,7 +357,7 @@ ZEB_UTF_AVX512 size_t encodeMixedBlocksAvx512(const zwchar_t* p, size_t units, u
         three, splat32(0x010101));
     const __mmask64 kept = _mm512_test_epi8_mask(lengths, lengths);
     const unsigned length = static_cast<unsigned>(__builtin_popcountll(kept));
-    _mm512_mask_storeu_epi8(to, (1ULL << length) - 1, _mm512_maskz_compress_epi8(kept, bytes));
+    _mm512_mask_storeu_epi8(to, lowBits(length), _mm512_maskz_compress_epi8(kept, bytes));
     to += length;
     done += count;
   }
@@ -391,13 +396,12 @@ ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t byt
       63, 62, 61, 60, 59, 58, 57, 56, 55, 54, 53, 52, 51, 50, 49, 48, 47, 46, 45, 44, 43, 42, 41,
       40, 39, 38, 37, 36, 35, 34, 33, 32, 31, 30, 29, 28, 27, 26, 25, 24, 23, 22, 21, 20, 19, 18,
       17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
-  const __m512i one = _mm512_set1_epi8(1);
   zwchar_t* to = o;
   size_t done = 0;
   while (done < bytes) {
     const size_t left = bytes - done;
     const bool last = left <= 64;
-    const __mmask64 live = last && left < 64 ? (1ULL << left) - 1 : ~0ULL;
+    const __mmask64 live = lowBits(left);
     const __m512i v = _mm512_maskz_loadu_epi8(live, p + done);
     const __mmask64 nonAscii = bytesAtLeast(v, 0x80);
     if (nonAscii == 0 && !last) break;
@@ -412,7 +416,7 @@ ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t byt
     // judged too (no character before it may run into it) and begins the next block.
     const unsigned lastStart = 63u - static_cast<unsigned>(__builtin_clzll(starts));
     const size_t taken = last ? left : lastStart;
-    const __mmask64 judged = last ? live : (lastStart == 63 ? ~0ULL : (2ULL << lastStart) - 1);
+    const __mmask64 judged = last ? live : lowBits(lastStart + 1);
     const __mmask64 expected = (twoLeads << 1) | (threeLeads << 1) | (threeLeads << 2);
     // A last block whose final sequence is cut short (its missing bytes past the input, or
     // shifted out past the block's 64 bits).
@@ -422,12 +426,11 @@ ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t byt
         cutShort) {
       break;
     }
-    const __mmask64 characters = starts & (taken == 64 ? ~0ULL : (1ULL << taken) - 1);
+    const __mmask64 characters = starts & lowBits(taken);
     const __m512i at = _mm512_maskz_compress_epi8(characters, positions);
     const __m512i first = _mm512_permutexvar_epi8(at, v);
-    const __m512i second = _mm512_permutexvar_epi8(_mm512_add_epi8(at, one), v);
-    const __m512i third =
-        _mm512_permutexvar_epi8(_mm512_add_epi8(at, _mm512_add_epi8(one, one)), v);
+    const __m512i second = _mm512_permutexvar_epi8(_mm512_add_epi8(at, _mm512_set1_epi8(1)), v);
+    const __m512i third = _mm512_permutexvar_epi8(_mm512_add_epi8(at, _mm512_set1_epi8(2)), v);
     // Overlong three-byte forms (E0 80..9F) and encoded surrogates (ED A0..BF).
     const __mmask64 overlong =
         _mm512_cmpeq_epi8_mask(first, _mm512_set1_epi8(static_cast<char>(0xE0))) &
@@ -436,7 +439,7 @@ ZEB_UTF_AVX512 size_t decodeMixedBlocksAvx512(const unsigned char* p, size_t byt
         _mm512_cmpeq_epi8_mask(first, _mm512_set1_epi8(static_cast<char>(0xED))) &
         bytesAtLeast(second, 0xA0);
     const unsigned count = static_cast<unsigned>(__builtin_popcountll(characters));
-    const __mmask64 counted = count == 64 ? ~0ULL : (1ULL << count) - 1;
+    const __mmask64 counted = lowBits(count);
     if (((overlong | surrogate) & counted) != 0) break;
     const __m512i low = decodeUnits(_mm512_cvtepu8_epi16(_mm512_castsi512_si256(first)),
                                     _mm512_cvtepu8_epi16(_mm512_castsi512_si256(second)),
