@@ -8,16 +8,13 @@
 #include <new>
 
 #include "zeb/platform/file.h"
+#include "zeb/strings/internal/units.h"
 
 namespace zeb {
 
 namespace {
 
 const size_t kLineChunk = 2048;
-
-bool isSpaceByte(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 const IniItem* firstItem(const IniSection& section, const std::string& key) {
   for (const IniItem& item : section.items) {
@@ -361,10 +358,11 @@ void TIniFile::trimright(std::string& s, char c) {
 
 void TIniFile::trim(std::string& s) {
   size_t end = s.size();
-  while (end > 0 && isSpaceByte(s[end - 1])) --end;
+  while (end > 0 && zeb::internal::isSpaceOrControl(s[end - 1])) --end;
   size_t start = 0;
-  while (start < end && isSpaceByte(s[start])) ++start;
-  s.assign(s, start, end - start);
+  while (start < end && zeb::internal::isSpaceOrControl(s[start])) ++start;
+  s.erase(end);
+  s.erase(0, start);
 }
 
 }  // namespace zeb

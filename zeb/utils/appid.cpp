@@ -2,8 +2,6 @@
 
 #include "zeb/utils/appid.h"
 
-#include <memory>
-
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
@@ -18,7 +16,7 @@ namespace {
 const char kSource[] = "appid";
 const int kLineUnknownApp = 28;
 const char kLoaderTag[] = "zeb.utils.iobj";
-const int kLevelTiming = 19;
+const tloglevel kLevelTiming = static_cast<tloglevel>(19);
 const char kFactoryName[] = "createInterfaceObject";
 
 // Loads the library at `path` into *module; false (logged, last error set) when it does not load.
@@ -26,14 +24,15 @@ bool loadComponentModule(const zwchar_t* path, HMODULE* module) {
   int error = -1;
   *module = zeb::platform::loadModule(path, &error);
   TAnsiString shownPath;
-  shownPath = path;
   if (*module != nullptr) {
     if (ZEB_LOG_ENABLED(MLOG_INFO)) {
+      shownPath = path;
       mlogWithLevel(MLOG_INFO, kLoaderTag, "loadCreateAppInterfaceObject(),load %s success!",
                     shownPath.p());
     }
     return true;
   }
+  shownPath = path;
   if (ZEB_LOG_ENABLED(MLOG_ERROR)) {
     mlogWithLevel(MLOG_ERROR, kLoaderTag, "loadCreateAppInterfaceObject(),load %s failed!",
                   shownPath.p());
@@ -42,13 +41,6 @@ bool loadComponentModule(const zwchar_t* path, HMODULE* module) {
   text.sprintf("load dll failed:%s", shownPath.p());
   setLastError(error, text.p());
   return false;
-}
-
-// The timing scope of one load, only when its level is on.
-std::unique_ptr<TMLogAutoTicks> loadTimingScope() {
-  if (!ZEB_LOG_ENABLED(kLevelTiming)) return nullptr;
-  return std::make_unique<TMLogAutoTicks>(static_cast<tloglevel>(kLevelTiming), kLoaderTag,
-                                          "loadCreateAppInterfaceObject");
 }
 
 // The object of the factory in *module, loading the library at `path` first when *module is null.
@@ -99,7 +91,7 @@ const zwchar_t* appid2appname(unsigned long long appId) {
 int loadCreateInterfaceObjectFromPath(const zwchar_t* modulePath, interface_classbase** object,
                                       HMODULE* module) {
   if (object == nullptr || module == nullptr) return 0;
-  const std::unique_ptr<TMLogAutoTicks> timing = loadTimingScope();
+  const TMLogAutoTicks timing(kLevelTiming, kLoaderTag, "loadCreateAppInterfaceObject");
   return createFromModule(modulePath, object, module);
 }
 
@@ -121,7 +113,7 @@ const zwchar_t* checkReadAppName(const zwchar_t* appName) {
 int loadCreateAppInterfaceObject(const zwchar_t* appName, interface_classbase** object,
                                  HMODULE* module) {
   if (object == nullptr || module == nullptr) return 0;
-  const std::unique_ptr<TMLogAutoTicks> timing = loadTimingScope();
+  const TMLogAutoTicks timing(kLevelTiming, kLoaderTag, "loadCreateAppInterfaceObject");
   const zwchar_t* path = nullptr;
   if (*module == nullptr) {
     path = existingComponentPath(appName);

@@ -12,34 +12,24 @@
 #include "zeb/log/mlog_ticks.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
-#include "zeb/strings/internal/path_text.h"
 #include "zeb/strings/TWideString.h"
+#include "zeb/strings/internal/path_text.h"
+#include "zeb/strings/internal/units.h"
+#include "zeb/utils/internal/log_path.h"
 
 namespace {
 
 const char kFileTag[] = "zeb.file";
-
-// Logs `fmt` with `path` in UTF-8 as its one argument when `level` passes the global level.
-void logPath(tloglevel level, const char* tag, const char* fmt, const zwchar_t* path) {
-  if (!ZEB_LOG_ENABLED(level)) return;
-  TAnsiString utf8;
-  utf8.fromWideString(path, MIB_UTF8);
-  mlogWithLevel(level, tag, fmt, utf8.isEmpty() ? "" : utf8.p());
-}
-
-bool isEmptyPath(const zwchar_t* path) {
-  return path == nullptr || path[0] == 0;
-}
 
 // Makes sure the folder `path` exists, creating it when missing. A failure is logged as an error;
 // a creation at debug level.
 bool ensureFolder(const zwchar_t* path) {
   if (zeb::platform::pathExists(path)) return true;
   if (!zeb::platform::makeFolder(path)) {
-    logPath(MLOG_ERROR, kFileTag, "force create:%s", path);
+    zeb::internal::logPath(MLOG_ERROR, kFileTag, "force create:%s", path);
     return false;
   }
-  logPath(MLOG_DEBUG, kFileTag, "force create:%s", path);
+  zeb::internal::logPath(MLOG_DEBUG, kFileTag, "force create:%s", path);
   return true;
 }
 
@@ -105,7 +95,7 @@ void openWriteScope(std::optional<TMLogAutoTicks>& scope, const zwchar_t* path, 
 // "abc" of "abc/def"). A path without component 2 is a single name or a bare drive and creates
 // nothing.
 bool mforceCreateDirW(const zwchar_t* dir) {
-  if (isEmptyPath(dir)) return false;
+  if (zeb::internal::isEmptyText(dir)) return false;
   const size_t length = PathText::length(dir);
   zeb::path::Span component{};
   if (!PathText::component(dir, length, 2, &component)) return false;
@@ -121,7 +111,7 @@ bool mforceCreateDirW(const zwchar_t* dir) {
 
 // The folder part is the path up to its last separator, whatever its length.
 bool mforceCreateDirForFileW(const zwchar_t* filePath) {
-  if (isEmptyPath(filePath)) return false;
+  if (zeb::internal::isEmptyText(filePath)) return false;
   const FolderPath path(filePath);
   const auto lastSeparator = std::find_if(path.rbegin(), path.rend(), PathText::isSeparator);
   if (lastSeparator == path.rend()) return false;
@@ -131,7 +121,7 @@ bool mforceCreateDirForFileW(const zwchar_t* filePath) {
 int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {
   std::optional<TMLogAutoTicks> scope;
   openWriteScope(scope, path, size);
-  if (isEmptyPath(path)) return -1;
+  if (zeb::internal::isEmptyText(path)) return -1;
   std::FILE* f = zeb::platform::openFile(path, "w+b");
   if (f == nullptr) return -2;
   const bool written = data == nullptr || size == 0 || std::fwrite(data, size, 1, f) == 1;
@@ -142,7 +132,7 @@ int mwriteFileW(const zwchar_t* path, const void* data, unsigned size) {
 // A file larger than an int can count is reported as unreadable (-4).
 int mreadFileW(const zwchar_t* path, void** outData, bool addTerminator) {
   if (outData != nullptr) *outData = nullptr;
-  if (isEmptyPath(path)) return 0;
+  if (zeb::internal::isEmptyText(path)) return 0;
   std::FILE* f = zeb::platform::openFile(path, "rb");
   if (f == nullptr) return -1;
   const long size = streamSize(f);
@@ -159,11 +149,11 @@ int mreadFileW(const zwchar_t* path, void** outData, bool addTerminator) {
 }
 
 int mcheckFileRights(const zwchar_t* path) {
-  if (isEmptyPath(path) || !zeb::platform::pathExists(path)) return 1;
+  if (zeb::internal::isEmptyText(path) || !zeb::platform::pathExists(path)) return 1;
   long long size = 0;
   if (!zeb::platform::fileSize(path, &size)) return 0;
   if (size == 0 || canReadWrite(path)) return 1;
-  logPath(MLOG_INFO, "", "nofilerights:%s", path);
+  zeb::internal::logPath(MLOG_INFO, "", "nofilerights:%s", path);
   return 0;
 }
 

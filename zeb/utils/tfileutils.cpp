@@ -7,52 +7,44 @@
 #include <algorithm>
 #include <vector>
 
-#include "zeb/log/zeb_log.h"
 #include "zeb/platform/file.h"
 #include "zeb/platform/folder.h"
-#include "zeb/strings/TAnsiString.h"
+#include "zeb/strings/internal/path_text.h"
+#include "zeb/strings/internal/units.h"
 #include "zeb/strings/wildcard.h"
+#include "zeb/utils/internal/log_path.h"
 #include "zeb/utils/mfile.h"
 
 namespace {
 
 using zeb::platform::EntryKind;
 using zeb::platform::FolderEntry;
-using zeb::platform::WidePath;
 using zeb::platform::kPathSeparator;
+using zeb::platform::WidePath;
+using PathText = zeb::path::PathText<zwchar_t>;
 
 const char kTag[] = "zeb.file";
-
-bool isSeparator(zwchar_t c) {
-  return c == '/' || c == '\\';
-}
-
-bool isEmptyPath(const zwchar_t* path) {
-  return path == nullptr || path[0] == 0;
-}
 
 // `path` with its trailing separators dropped (a lone root separator stays).
 WidePath trimmedPath(const zwchar_t* path) {
   WidePath trimmed(path);
-  while (trimmed.size() > 1 && isSeparator(trimmed.back())) trimmed.pop_back();
+  while (trimmed.size() > 1 && PathText::isSeparator(trimmed.back())) trimmed.pop_back();
   return trimmed;
 }
 
-void logFailure(const char* what, const WidePath& path) {
-  if (!ZEB_LOG_ENABLED(MLOG_ERROR)) return;
-  TAnsiString utf8;
-  utf8.fromWideString(path.c_str(), MIB_UTF8);
-  mlogWithLevel(MLOG_ERROR, kTag, "%s:%s", what, utf8.isEmpty() ? "" : utf8.p());
+// Logs the error `fmt` with `path` in UTF-8 as its one argument.
+void logFailure(const char* fmt, const WidePath& path) {
+  zeb::internal::logPath(MLOG_ERROR, kTag, fmt, path.c_str());
 }
 
 bool matches(const WidePath& name, const zwchar_t* pattern) {
-  return isEmptyPath(pattern) || wildcardMatchW(name.c_str(), pattern);
+  return zeb::internal::isEmptyText(pattern) || wildcardMatchW(name.c_str(), pattern);
 }
 
 // Appends a separator and `name` to `path`; returns the length to cut `path` back to.
 std::size_t descend(WidePath& path, const WidePath& name) {
   const std::size_t mark = path.size();
-  if (path.empty() || !isSeparator(path.back())) path += kPathSeparator;
+  if (path.empty() || !PathText::isSeparator(path.back())) path += kPathSeparator;
   path += name;
   return mark;
 }
@@ -60,7 +52,7 @@ std::size_t descend(WidePath& path, const WidePath& name) {
 // The entries of `folder` in the order of their names; false (logged) when it cannot be read.
 bool sortedEntries(const WidePath& folder, std::vector<FolderEntry>& entries) {
   if (!zeb::platform::listFolder(folder.c_str(), &entries)) {
-    logFailure("cannot list folder", folder);
+    logFailure("cannot list folder:%s", folder);
     return false;
   }
   std::sort(entries.begin(), entries.end(),
@@ -70,7 +62,7 @@ bool sortedEntries(const WidePath& folder, std::vector<FolderEntry>& entries) {
 
 // The trimmed `path` of a real folder in *out, or the negative code saying why not.
 int checkSourceFolder(const zwchar_t* path, WidePath* out) {
-  if (isEmptyPath(path)) return FILEOP_BAD_ARGUMENT;
+  if (zeb::internal::isEmptyText(path)) return FILEOP_BAD_ARGUMENT;
   *out = trimmedPath(path);
   return zeb::platform::entryKind(out->c_str()) == EntryKind::folder ? 0 : FILEOP_NO_SOURCE;
 }
@@ -84,14 +76,15 @@ WidePath resolvedTarget(const WidePath& path) {
   WidePath resolved;
   static const zwchar_t kHere[] = {'.', 0};
   while (!zeb::platform::resolvedPath(probe.empty() ? kHere : probe.c_str(), &resolved)) {
-    if (probe.empty() || (probe.size() == 1 && isSeparator(probe[0]))) return path;
+    if (probe.empty() || (probe.size() == 1 && PathText::isSeparator(probe[0]))) return path;
     std::size_t cut = probe.size();
-    while (cut > 0 && !isSeparator(probe[cut - 1])) --cut;
+    while (cut > 0 && !PathText::isSeparator(probe[cut - 1])) --cut;
     rest.insert(0, probe, cut, WidePath::npos);
     rest.insert(rest.begin(), kPathSeparator);
-    while (cut > 0 && isSeparator(probe[cut - 1])) --cut;
+    while (cut > 0 && PathText::isSeparator(probe[cut - 1])) --cut;
     probe.resize(cut);
-    if (probe.empty() && !path.empty() && isSeparator(path[0])) probe.assign(1, kPathSeparator);
+    if (probe.empty() && !path.empty() && PathText::isSeparator(path[0]))
+      probe.assign(1, kPathSeparator);
   }
   if (!resolved.empty() && resolved.back() == kPathSeparator && !rest.empty()) rest.erase(0, 1);
   return resolved + rest;
@@ -121,9 +114,9 @@ struct Tally {
   bool failed = false;
   bool stopped = false;
 
-  void fail(const char* what, const WidePath& path) {
+  void fail(const char* fmt, const WidePath& path) {
     failed = true;
-    logFailure(what, path);
+    logFailure(fmt, path);
   }
   int result() const { return failed ? FILEOP_INCOMPLETE : done; }
 };
@@ -149,7 +142,7 @@ void forEachEntry(WidePath& folder, WidePath* mirror, Tally& tally, Visit visit)
   }
   for (const FolderEntry& entry : entries) {
     if (entry.kind == EntryKind::unnamed) {
-      tally.fail("name is not UTF-8 in", folder);
+      tally.fail("name is not UTF-8 in:%s", folder);
       continue;
     }
     const std::size_t folderMark = descend(folder, entry.name);
@@ -196,10 +189,12 @@ void copyEntry(EntryKind kind, const WidePath& from, const WidePath& to, bool ov
                Tally& tally) {
   using zeb::platform::CopyResult;
   CopyResult result = CopyResult::failed;
-  if (kind == EntryKind::file) result = zeb::platform::copyFile(from.c_str(), to.c_str(), overwrite);
-  if (kind == EntryKind::link) result = zeb::platform::copyLink(from.c_str(), to.c_str(), overwrite);
+  if (kind == EntryKind::file)
+    result = zeb::platform::copyFile(from.c_str(), to.c_str(), overwrite);
+  if (kind == EntryKind::link)
+    result = zeb::platform::copyLink(from.c_str(), to.c_str(), overwrite);
   if (result == CopyResult::copied) ++tally.done;
-  if (result == CopyResult::failed) tally.fail("cannot copy", from);
+  if (result == CopyResult::failed) tally.fail("cannot copy:%s", from);
 }
 
 class TreeCopier {
@@ -225,7 +220,7 @@ class TreeCopier {
     } else if (ensureFolder(to)) {
       copy(from, to, depth + 1);
     } else {
-      tally.fail("cannot create folder", to);
+      tally.fail("cannot create folder:%s", to);
     }
   }
 
@@ -240,7 +235,7 @@ class TreeMover {
   // Moves the content of `from` into `to` and removes the folders it leaves empty.
   void move(WidePath& from, WidePath& to) {
     if (!ensureFolder(to)) {
-      tally.fail("cannot create folder", to);
+      tally.fail("cannot create folder:%s", to);
       return;
     }
     forEachEntry(from, &to, tally, [&](const FolderEntry& entry) {
@@ -260,20 +255,20 @@ class TreeMover {
   void moveOne(EntryKind kind, const WidePath& from, const WidePath& to) {
     using zeb::platform::RenameResult;
     const EntryKind existing = zeb::platform::entryKind(to.c_str());
-    if (existing == EntryKind::folder) return tally.fail("a folder is in the way of", from);
+    if (existing == EntryKind::folder) return tally.fail("a folder is in the way of:%s", from);
     if (existing != EntryKind::missing && !m_overwrite) return;
     const RenameResult renamed = zeb::platform::renamePath(from.c_str(), to.c_str());
     if (renamed == RenameResult::renamed) {
       ++tally.done;
     } else if (renamed == RenameResult::failed) {
-      tally.fail("cannot move", from);
+      tally.fail("cannot move:%s", from);
     } else {
       Tally copied;
       copyEntry(kind, from, to, true, copied);
       if (copied.done == 1 && zeb::platform::removeFile(from.c_str())) {
         ++tally.done;
       } else {
-        tally.fail("cannot move", from);
+        tally.fail("cannot move:%s", from);
       }
     }
   }
@@ -298,7 +293,7 @@ class FileDeleter {
           ++tally.done;
           removedAny = true;
         } else {
-          tally.fail("cannot delete", path);
+          tally.fail("cannot delete:%s", path);
         }
       }
       return true;
@@ -318,7 +313,7 @@ class FileDeleter {
 int checkCopyPaths(const zwchar_t* from, const zwchar_t* to, WidePath* source, WidePath* target) {
   const int check = checkSourceFolder(from, source);
   if (check != 0) return check;
-  if (isEmptyPath(to)) return FILEOP_BAD_ARGUMENT;
+  if (zeb::internal::isEmptyText(to)) return FILEOP_BAD_ARGUMENT;
   *target = trimmedPath(to);
   if (isInsideSource(*source, *target)) return FILEOP_INSIDE_SOURCE;
   const EntryKind kind = zeb::platform::entryKind(target->c_str());
@@ -356,7 +351,7 @@ int copyfolder(const zwchar_t* from, const zwchar_t* to, bool overwrite,
   const int check = checkCopyPaths(from, to, &source, &target);
   if (check != 0) return check;
   if (!ensureFolder(target)) {
-    logFailure("cannot create folder", target);
+    logFailure("cannot create folder:%s", target);
     return FILEOP_BAD_TARGET;
   }
   TreeCopier copier(overwrite, progress);

@@ -9,6 +9,7 @@
 #include "zeb/data/tbytesdata.h"
 #include "zeb/log/zeb_log.h"
 #include "zeb/platform/registry.h"
+#include "zeb/strings/zeb_cstr.h"
 
 namespace {
 
@@ -19,16 +20,8 @@ void assertionLine(int line) {
   if (ZEB_LOG_ENABLED(MLOG_ASSERT)) ZEB_Error(0, kSource, line);
 }
 
-size_t unitCount(const zwchar_t* s) {
-  size_t n = 0;
-  if (s != nullptr) {
-    while (s[n] != 0) ++n;
-  }
-  return n;
-}
-
 zwchar_t* copyText(const zwchar_t* s) {
-  const size_t n = unitCount(s);
+  const size_t n = zeb_wcslen(s);
   zwchar_t* copy = static_cast<zwchar_t*>(std::malloc((n + 1) * sizeof(zwchar_t)));
   if (copy == nullptr) return nullptr;
   if (n > 0) std::memcpy(copy, s, n * sizeof(zwchar_t));
@@ -36,8 +29,8 @@ zwchar_t* copyText(const zwchar_t* s) {
   return copy;
 }
 
-// A whole decimal number with an optional sign, within [lo, hi].
-bool parseDecimal(const zwchar_t* s, long long lo, long long hi, long long& out) {
+// A whole decimal number with an optional sign that fits in a long long.
+bool parseDecimal(const zwchar_t* s, long long& out) {
   bool negative = false;
   if (*s == '-' || *s == '+') negative = *s++ == '-';
   if (*s == 0) return false;
@@ -54,7 +47,7 @@ bool parseDecimal(const zwchar_t* s, long long lo, long long hi, long long& out)
     if (magnitude > static_cast<unsigned long long>(LLONG_MAX)) return false;
     out = static_cast<long long>(magnitude);
   }
-  return out >= lo && out <= hi;
+  return true;
 }
 
 }  // namespace
@@ -77,7 +70,7 @@ struct RegValue::Record {
   }
   void setText(unsigned long newType, const zwchar_t* s) {
     const zwchar_t* text = s != nullptr ? s : kEmptyText;
-    setBytes(newType, text, (unitCount(text) + 1) * sizeof(zwchar_t));
+    setBytes(newType, text, (zeb_wcslen(text) + 1) * sizeof(zwchar_t));
   }
 };
 
@@ -104,7 +97,7 @@ RegValue::RegValue(unsigned short count, const zwchar_t* const* strings) : r(new
   const zwchar_t nul = 0;
   for (unsigned short i = 0; i < count; ++i) {
     const zwchar_t* s = strings != nullptr && strings[i] != nullptr ? strings[i] : kEmptyText;
-    r->data.append(s, static_cast<int>((unitCount(s) + 1) * sizeof(zwchar_t)));
+    r->data.append(s, static_cast<int>((zeb_wcslen(s) + 1) * sizeof(zwchar_t)));
   }
   r->data.append(&nul, sizeof nul);
 }
@@ -248,8 +241,7 @@ long long RegValue::asInt64Def(long long def) const {
                                 : static_cast<long long>(v);
   }
   long long parsed = 0;
-  if ((r->type == REG_SZ || r->type == REG_EXPAND_SZ) &&
-      parseDecimal(textAt(0), LLONG_MIN, LLONG_MAX, parsed)) {
+  if ((r->type == REG_SZ || r->type == REG_EXPAND_SZ) && parseDecimal(textAt(0), parsed)) {
     return parsed;
   }
   if (r->type != REG_NONE) assertionLine(__LINE__);
@@ -269,7 +261,7 @@ const zwchar_t* RegValue::at(unsigned long i) const {
       const zwchar_t* s = textAt(offset);
       if (*s == 0) break;
       if (k == i) return s;
-      offset += (unitCount(s) + 1) * sizeof(zwchar_t);
+      offset += (zeb_wcslen(s) + 1) * sizeof(zwchar_t);
     }
   }
   assertionLine(__LINE__);
@@ -278,7 +270,7 @@ const zwchar_t* RegValue::at(unsigned long i) const {
 
 bool RegValue::operator==(const zwchar_t* s) const {
   if (r->type != REG_SZ || s == nullptr) return false;
-  const unsigned long bytes = (unitCount(s) + 1) * sizeof(zwchar_t);
+  const unsigned long bytes = (zeb_wcslen(s) + 1) * sizeof(zwchar_t);
   return Size() == bytes && std::memcmp(r->data.p(), s, bytes) == 0;
 }
 
@@ -355,13 +347,8 @@ TRegKey::TRegKey(HKEY hive, const zwchar_t* machine)
   }
 }
 
-TRegKey::TRegKey(const TRegKey& other)
-    : hive_(other.hive_), key_(other.hive_), sam_(other.sam_), path_(copyText(other.path_)) {
-  if (other.key_ != other.hive_ && other.key_ != nullptr) {
-    zeb::platform::regOpenKey(hive_, path_, sam_, &key_);
-  } else {
-    key_ = other.key_;
-  }
+TRegKey::TRegKey(const TRegKey& other) : TRegKey(other.hive_) {
+  *this = other;
 }
 
 TRegKey& TRegKey::operator=(const TRegKey& other) {

@@ -7,18 +7,15 @@
 #include <stdint.h>
 
 #include "zeb/charset/internal/utf_transcoder.h"
+#include "zeb/strings/zeb_cstr.h"
 
 namespace zeb {
 namespace charset {
 namespace {
 
-// Whether `name` is `upper` in any case; `upper` holds no lower-case letters.
-bool isNamed(const char* name, const char* upper) {
-  for (; *upper != '\0'; ++name, ++upper) {
-    const char c = (*name >= 'a' && *name <= 'z') ? static_cast<char>(*name - 'a' + 'A') : *name;
-    if (c != *upper) return false;
-  }
-  return *name == '\0';
+// Whether `name` is `other` in any case.
+bool isNamed(const char* name, const char* other) {
+  return zeb_stricmp_impl(name, other) == 0;
 }
 
 enum class Direction { kNone, kUtf8ToUtf16, kUtf16ToUtf8 };

@@ -21,6 +21,7 @@
 #endif
 
 #include "zeb/platform/posix/utf8_path.h"
+#include "zeb/platform/posix/write_all.h"
 
 namespace zeb {
 namespace platform {
@@ -51,18 +52,8 @@ bool isFolder(int fd) {
 
 // Writes all `size` bytes to `fd` and closes it; false when either fails.
 bool writeAllAndClose(int fd, const void* data, size_t size) {
-  const char* p = static_cast<const char*>(data);
-  bool ok = true;
-  while (ok && size > 0) {
-    const ssize_t written = write(fd, p, size);
-    if (written < 0 && errno == EINTR) continue;
-    ok = written > 0;
-    if (ok) {
-      p += written;
-      size -= static_cast<size_t>(written);
-    }
-  }
-  return close(fd) == 0 && ok;
+  const bool written = writeAll(fd, data, size);
+  return close(fd) == 0 && written;
 }
 
 bool writeNewFile(const char* path, const void* data, size_t size) {

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "zeb/platform/posix/utf8_path.h"
+#include "zeb/platform/posix/write_all.h"
 #include "zeb/strings/TWideString.h"
 
 namespace zeb {
@@ -43,26 +44,20 @@ bool fromUtf8(const char* text, WidePath* out) {
 // The kind readdir reports, examining the entry only when the file system does not say.
 EntryKind kindOfDirent(int folderFd, const struct dirent* entry) {
   switch (entry->d_type) {
-    case DT_REG: return EntryKind::file;
-    case DT_DIR: return EntryKind::folder;
-    case DT_LNK: return EntryKind::link;
-    case DT_UNKNOWN: break;
-    default: return EntryKind::other;
+    case DT_REG:
+      return EntryKind::file;
+    case DT_DIR:
+      return EntryKind::folder;
+    case DT_LNK:
+      return EntryKind::link;
+    case DT_UNKNOWN:
+      break;
+    default:
+      return EntryKind::other;
   }
   struct stat info;
   if (fstatat(folderFd, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return EntryKind::missing;
   return kindOfMode(info.st_mode);
-}
-
-bool writeAll(int fd, const char* data, ssize_t size) {
-  while (size > 0) {
-    const ssize_t written = write(fd, data, static_cast<size_t>(size));
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    data += written;
-    size -= written;
-  }
-  return true;
 }
 
 bool copyByReadWrite(int in, int out) {
@@ -72,7 +67,7 @@ bool copyByReadWrite(int in, int out) {
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return false;
     if (got == 0) return true;
-    if (!writeAll(out, buffer, got)) return false;
+    if (!writeAll(out, buffer, static_cast<size_t>(got))) return false;
   }
 }
 
@@ -80,7 +75,8 @@ bool copyByReadWrite(int in, int out) {
 bool copyContent(int in, int out, off_t size) {
   off_t done = 0;
   while (done < size) {
-    const ssize_t moved = copy_file_range(in, nullptr, out, nullptr, static_cast<size_t>(size - done), 0);
+    const ssize_t moved =
+        copy_file_range(in, nullptr, out, nullptr, static_cast<size_t>(size - done), 0);
     if (moved < 0 && errno == EINTR) continue;
     if (moved <= 0) break;
     done += moved;

@@ -32,6 +32,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "zeb/strings/internal/units.h"
+#include "zeb/strings/zeb_cstr.h"
+
 namespace zeb {
 namespace platform {
 
@@ -114,14 +117,6 @@ LONG statusOf(int rc) {
   }
 }
 
-size_t unitCount(const zwchar_t* s) {
-  size_t n = 0;
-  if (s != nullptr) {
-    while (s[n] != 0) ++n;
-  }
-  return n;
-}
-
 // One name: its units as stored, and its folded form.
 struct Name {
   std::string units;
@@ -130,8 +125,7 @@ struct Name {
   Name(const zwchar_t* s, size_t n) : units(reinterpret_cast<const char*>(s), n * 2) {
     fold.resize(n * 2);
     for (size_t i = 0; i < n; ++i) {
-      zwchar_t u = s[i];
-      if (u >= 'a' && u <= 'z') u = static_cast<zwchar_t>(u - ('a' - 'A'));
+      const zwchar_t u = zeb::internal::foldUpper(s[i]);
       fold[2 * i] = static_cast<char>(u >> 8);
       fold[2 * i + 1] = static_cast<char>(u & 0xFF);
     }
@@ -141,7 +135,7 @@ struct Name {
 // The components of a '\\'-separated path; empty components are skipped.
 std::vector<Name> splitPath(const zwchar_t* path) {
   std::vector<Name> parts;
-  const size_t n = unitCount(path);
+  const size_t n = zeb_wcslen(path);
   size_t start = 0;
   for (size_t i = 0; i <= n; ++i) {
     if (i == n || path[i] == '\\') {
@@ -534,7 +528,7 @@ LONG regDeleteTree(HKEY parent, const zwchar_t* path) {
 }
 
 LONG regQueryValue(HKEY key, const zwchar_t* name, DWORD* type, BYTE* data, DWORD* size) {
-  const Name valueName(name, unitCount(name));
+  const Name valueName(name, zeb_wcslen(name));
   return onKey(key, [&](Database& db, sqlite3_int64 id) {
     Use s = db.use(kQueryValue);
     s.bind(1, id);
@@ -547,7 +541,7 @@ LONG regQueryValue(HKEY key, const zwchar_t* name, DWORD* type, BYTE* data, DWOR
 
 LONG regSetValue(HKEY key, const zwchar_t* name, DWORD type, const BYTE* data, DWORD size) {
   if ((data == nullptr && size > 0) || size > 0x7FFFFFFF) return ERROR_INVALID_PARAMETER;
-  const Name valueName(name, unitCount(name));
+  const Name valueName(name, zeb_wcslen(name));
   return writeOnKey(key, [&](Database& db, sqlite3_int64 id) {
     Use s = db.use(kSetValue);
     s.bind(1, id);
@@ -561,7 +555,7 @@ LONG regSetValue(HKEY key, const zwchar_t* name, DWORD type, const BYTE* data, D
 }
 
 LONG regDeleteValue(HKEY key, const zwchar_t* name) {
-  const Name valueName(name, unitCount(name));
+  const Name valueName(name, zeb_wcslen(name));
   return writeOnKey(key, [&](Database& db, sqlite3_int64 id) -> LONG {
     Use s = db.use(kDeleteValue);
     s.bind(1, id);
