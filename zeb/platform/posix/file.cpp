@@ -117,9 +117,9 @@ bool replaceFileContent(const char* path, const void* data, size_t size) {
   std::string temporary = std::string(path) + ".XXXXXX";
   const int fd = mkostemp(temporary.data(), O_CLOEXEC);
   if (fd < 0) return false;
-  const bool permissionsKept = fchmod(fd, old.st_mode & 07777) == 0;
-  const bool complete = writeAllAndClose(fd, data, permissionsKept ? size : 0) && permissionsKept;
-  if (complete && rename(temporary.c_str(), path) == 0) return true;
+  const bool complete = fchmod(fd, old.st_mode & 07777) == 0 && writeAll(fd, data, size);
+  const bool closed = close(fd) == 0;
+  if (complete && closed && rename(temporary.c_str(), path) == 0) return true;
   unlink(temporary.c_str());
   return false;
 }
