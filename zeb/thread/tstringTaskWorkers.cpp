@@ -27,10 +27,10 @@ std::string keyText(const char* key) {
   return key != nullptr ? std::string(key) : std::string();
 }
 
-struct KeyLane {
-  std::string key;
-  std::deque<WorkItem> items;
-};
+// Each key with work and its items, oldest first. The map's nodes stay put until erased, so a
+// runner refers to its lane by a pointer to the entry and reads the key from `first`.
+using KeyLanes = std::unordered_map<std::string, std::deque<WorkItem>>;
+using KeyLane = KeyLanes::value_type;
 
 }  // namespace
 
@@ -45,44 +45,39 @@ class tstringTaskWorkersPrivate {
       zeb::thread_internal::dropWorkItem(item);
       return false;
     }
-    std::string name = keyText(key);
-    auto found = lanes.find(name);
-    if (found != lanes.end()) {
-      found->second.items.push_back(std::move(item));
-      return true;
-    }
-    KeyLane& lane = lanes[name];
-    lane.key = std::move(name);
-    lane.items.push_back(std::move(item));
-    return scheduleRunner(&lane);
+    auto placed = lanes.try_emplace(keyText(key));
+    KeyLane& lane = *placed.first;
+    lane.second.push_back(std::move(item));
+    const bool newLane = placed.second;
+    return newLane ? scheduleRunner(&lane) : true;
   }
 
   // Called under `lock`. The pool takes the runner while it has workers (stopping waits for
   // every lane to end before it stops the pool); a pool without any drops the lane.
   bool scheduleRunner(KeyLane* lane) {
     if (pool->post([this, lane] { runNext(lane); })) return true;
-    for (WorkItem& item : lane->items) zeb::thread_internal::dropWorkItem(item);
+    for (WorkItem& item : lane->second) zeb::thread_internal::dropWorkItem(item);
     endLane(lane);
     return false;
   }
 
   void endLane(KeyLane* lane) {
-    lanes.erase(lanes.find(lane->key));
+    lanes.erase(lanes.find(lane->first));
     laneEnded.notify_all();
   }
 
   void runNext(KeyLane* lane) {
     std::unique_lock<std::mutex> guard(lock);
-    if (!lane->items.empty()) {
-      WorkItem item = std::move(lane->items.front());
-      lane->items.pop_front();
+    if (!lane->second.empty()) {
+      WorkItem item = std::move(lane->second.front());
+      lane->second.pop_front();
       guard.unlock();
       t_running = RunningItem{this, lane};
-      zeb::thread_internal::runWorkItem(item, kTag, lane->key.c_str());
+      zeb::thread_internal::runWorkItem(item, kTag, lane->first.c_str());
       t_running = RunningItem{};
       guard.lock();
     }
-    if (lane->items.empty()) {
+    if (lane->second.empty()) {
       endLane(lane);
     } else {
       scheduleRunner(lane);
@@ -93,15 +88,15 @@ class tstringTaskWorkersPrivate {
   std::deque<WorkItem> takeAllQueued() {
     std::deque<WorkItem> taken;
     for (auto& entry : lanes) {
-      for (WorkItem& item : entry.second.items) taken.push_back(std::move(item));
-      entry.second.items.clear();
+      for (WorkItem& item : entry.second) taken.push_back(std::move(item));
+      entry.second.clear();
     }
     return taken;
   }
 
   // True when called from one of this object's items (of `key` when not null).
   bool onOwnItem(const std::string* key = nullptr) const {
-    return t_running.owner == this && (key == nullptr || t_running.lane->key == *key);
+    return t_running.owner == this && (key == nullptr || t_running.lane->first == *key);
   }
 
   // The item the calling thread runs, if any.
@@ -113,7 +108,7 @@ class tstringTaskWorkersPrivate {
 
   std::mutex lock;
   std::condition_variable laneEnded;
-  std::unordered_map<std::string, KeyLane> lanes;
+  KeyLanes lanes;
   bool stopping = false;
   ThreadsWorker* pool;
   std::mutex stopLock;
@@ -162,7 +157,7 @@ int tstringTaskWorkers::cancel(const char* key) {
     std::lock_guard<std::mutex> guard(d->lock);
     auto found = d->lanes.find(keyText(key));
     if (found == d->lanes.end()) return 0;
-    dropped.swap(found->second.items);
+    dropped.swap(found->second);
   }
   for (WorkItem& item : dropped) zeb::thread_internal::dropWorkItem(item);
   if (!dropped.empty() && ZEB_LOG_ENABLED(MLOG_DEBUG)) {
