@@ -31,11 +31,7 @@ int main(int argc, char** argv) {
   zebtool::addLogCommand(app, run);
   try {
     app.parse(argc, argv);
-  } catch (const CLI::CallForHelp& e) {
-    return app.exit(e);
-  } catch (const CLI::CallForAllHelp& e) {
-    return app.exit(e);
-  } catch (const CLI::CallForVersion& e) {
+  } catch (const CLI::Success& e) {  // --help, --help-all, --version
     return app.exit(e);
   } catch (const CLI::ParseError& e) {
     zebtool::reportError(std::string(e.what()) + " (see zeb --help)");

@@ -11,7 +11,6 @@
 //
 // dword and qword take a decimal number or one written 0x...; binary takes hex digits; multi takes
 // its strings separated by the two characters \0, as reg does.
-#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -86,13 +85,12 @@ int failed(const std::string& what, long status) {
   return kFailure;
 }
 
+// Lower-case digits, two per byte. A value holds at most INT_MAX bytes; the buffer has the room
+// the writer asks for, of which the digits use the first two units per byte.
 std::string hexOf(const unsigned char* bytes, unsigned long size) {
-  std::string hex;
-  char digits[3];
-  for (unsigned long i = 0; i < size; ++i) {
-    std::snprintf(digits, sizeof digits, "%02x", bytes[i]);
-    hex += digits;
-  }
+  std::string hex(3 * size + 2, '\0');
+  BinaryToHexNoTagA(bytes, static_cast<int>(size), &hex[0], true, 0);
+  hex.resize(2 * size);
   return hex;
 }
 

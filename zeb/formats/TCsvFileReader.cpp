@@ -5,7 +5,6 @@
 #include <string.h>
 
 #include <new>
-#include <optional>
 #include <string>
 
 #include "zeb/log/mlog_ticks.h"
@@ -17,6 +16,7 @@
 namespace {
 
 const char kTag[] = "zeb.csv";
+constexpr tloglevel kTrace19 = static_cast<tloglevel>(19);
 const char kQuote = '"';
 
 bool isLineBreak(char c) {
@@ -276,10 +276,7 @@ int TCsvFileReader::openFromMem(const char* text) {
 }
 
 int TCsvFileReader::openFile(const zwchar_t* fileName) {
-  std::optional<TMLogAutoTicks> timing;
-  if (ZEB_LOG_ENABLED(static_cast<tloglevel>(19))) {
-    timing.emplace(static_cast<tloglevel>(19), kTag, "TCsvFileReader::openFile");
-  }
+  TMLogAutoTicks timing(kTrace19, kTag, "TCsvFileReader::openFile");
   if (ZEB_LOG_ENABLED(MLOG_INFO)) {
     mlogWithLevel(MLOG_INFO, nullptr, "TCsvFileReader::openFile:%s",
                   TWideString(fileName).utf8().p());

@@ -12,6 +12,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "zeb/strings/internal/units.h"
+
 namespace {
 
 constexpr unsigned kCounted = 255;  // counters per string: bytes 0-254
@@ -19,9 +21,8 @@ constexpr unsigned char kFirstOverlap = 32, kLastOverlap = 126;
 // A larger side would need more than 2^32 cells; such lengths use two rows.
 constexpr unsigned kMaxMatrixSide = 65535;
 
-inline unsigned char fold(unsigned char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 32) : c;
-}
+using zeb::internal::foldUpper;
+using zeb::internal::isEmptyText;
 
 unsigned textLength(const char* s) {
   return s == nullptr ? 0 : static_cast<unsigned>(strlen(s));
@@ -37,7 +38,7 @@ struct ByteSequence {
       : bytes(reinterpret_cast<const unsigned char*>(s)), count(textLength(s)) {}
   unsigned size() const { return count; }
   bool equal(unsigned i, const ByteSequence& other, unsigned j) const {
-    return fold(bytes[i]) == fold(other.bytes[j]);
+    return foldUpper(bytes[i]) == foldUpper(other.bytes[j]);
   }
 };
 
@@ -70,7 +71,7 @@ struct WordSequence {
     const Span& y = other.words[j];
     if (x.length != y.length) return false;
     for (unsigned k = 0; k < x.length; ++k)
-      if (fold(x.start[k]) != fold(y.start[k])) return false;
+      if (foldUpper(x.start[k]) != foldUpper(y.start[k])) return false;
     return true;
   }
 };
@@ -105,7 +106,8 @@ unsigned dynamicProgramme(unsigned la, unsigned lb, unsigned limit, RowAt rowAt,
 // and vn `blocks` words each, blocks = ceil(m / 64).
 unsigned bitParallelCore(const unsigned char* p, unsigned m, const unsigned char* t, unsigned n,
                          unsigned blocks, uint64_t* peq, uint64_t* vp, uint64_t* vn) {
-  for (unsigned i = 0; i < m; ++i) peq[fold(p[i]) * blocks + i / 64] |= uint64_t{1} << (i % 64);
+  for (unsigned i = 0; i < m; ++i)
+    peq[foldUpper(p[i]) * blocks + i / 64] |= uint64_t{1} << (i % 64);
   for (unsigned w = 0; w < blocks; ++w) {
     vp[w] = ~uint64_t{0};
     vn[w] = 0;
@@ -113,7 +115,7 @@ unsigned bitParallelCore(const unsigned char* p, unsigned m, const unsigned char
   const uint64_t lastRow = uint64_t{1} << ((m - 1) % 64);
   unsigned score = m;
   for (unsigned j = 0; j < n; ++j) {
-    const uint64_t* eqs = &peq[fold(t[j]) * blocks];
+    const uint64_t* eqs = &peq[foldUpper(t[j]) * blocks];
     uint64_t carryPlus = 1, carryMinus = 0;  // the row-0 boundary rises by one per column
     for (unsigned w = 0; w < blocks; ++w) {
       uint64_t eq = eqs[w];
@@ -152,7 +154,7 @@ unsigned bitParallelDistance(const unsigned char* p, unsigned m, const unsigned 
 
 // The rule for empty input: both empty 100, exactly one empty 0. True when it applies.
 bool emptyInputScore(const char* a, const char* b, unsigned* score) {
-  const bool aEmpty = a == nullptr || *a == 0, bEmpty = b == nullptr || *b == 0;
+  const bool aEmpty = isEmptyText(a), bEmpty = isEmptyText(b);
   if (!aEmpty && !bEmpty) return false;
   *score = aEmpty && bEmpty ? 100 : 0;
   return true;
@@ -228,8 +230,8 @@ unsigned int TStrSimilar::distance(const char* a, const char* b, unsigned int li
 unsigned int TStrSimilar::similarity_proportion(const char* a, const char* b) {
   unsigned score;
   if (emptyInputScore(a, b, &score)) return score;
-  const unsigned la = textLength(a), lb = textLength(b);
-  return proportion(la > lb ? la : lb, distance(a, b, 0));
+  const ByteSequence sa(a), sb(b);
+  return proportion(sa.size() > sb.size() ? sa.size() : sb.size(), sequenceDistance(sa, sb, 0));
 }
 
 unsigned int TStrSimilar::similarity_dkl_s(const char* a, const char* b, unsigned int p) {
@@ -259,7 +261,7 @@ unsigned int TStrSimilar::overlap(const char* a, const char* b, bool foldCase) {
   memset(secondCounts, 0, sizeof secondCounts);
   const auto count = [foldCase](const char* s, unsigned char* counts) {
     for (const auto* p = reinterpret_cast<const unsigned char*>(s); *p != 0; ++p) {
-      const unsigned char c = foldCase ? fold(*p) : *p;
+      const unsigned char c = foldCase ? foldUpper(*p) : *p;
       if (c < kCounted) ++counts[c];
     }
   };

@@ -12,9 +12,14 @@
 #include "zeb/data/tbase64codec.h"
 #include "zeb/data/tqpcodec.h"
 #include "zeb/log/zeb_log.h"
+#include "zeb/strings/internal/units.h"
+#include "zeb/strings/zeb_cstr.h"
 #include "zeb/utils/mfile.h"
 
 namespace {
+
+using zeb::internal::foldUpper;
+using zeb::internal::isHexDigitUnit;
 
 struct Property {
   std::string group;
@@ -26,15 +31,15 @@ struct Property {
 
 // ---- small text helpers -------------------------------------------------------------------------
 
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
-
 std::string upperText(std::string s) {
-  for (char& c : s) c = upper(c);
+  for (char& c : s) c = foldUpper(c);
   return s;
 }
 
+// Texts reaching here hold no NUL: names, parameters and values read are cut at the text's first
+// NUL, and names added come as C strings.
 bool sameText(const std::string& a, const char* b) {
-  return b != nullptr && upperText(a) == upperText(b);
+  return b != nullptr && zeb_stricmp_impl(a.c_str(), b) == 0;
 }
 
 std::string trimmed(const std::string& s) {
@@ -364,8 +369,6 @@ bool isBase64Text(const std::string& s) {
   return true;
 }
 
-bool isHex(char c) { return (c >= '0' && c <= '9') || (upper(c) >= 'A' && upper(c) <= 'F'); }
-
 std::string decodeBase64(const std::string& text) {
   std::string compact;
   for (char c : text) {
@@ -380,7 +383,8 @@ std::string decodeBase64(const std::string& text) {
 bool decodeQuotedPrintable(const std::string& text, std::string& out) {
   std::string guarded;
   for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '=' && (i + 2 >= text.size() || !isHex(text[i + 1]) || !isHex(text[i + 2]))) {
+    if (text[i] == '=' &&
+        (i + 2 >= text.size() || !isHexDigitUnit(text[i + 1]) || !isHexDigitUnit(text[i + 2]))) {
       return false;
     }
     guarded += text[i] == '_' ? std::string("=5F") : std::string(1, text[i]);

@@ -139,7 +139,6 @@ TAnsiString TAnsiStrings::text(char separator) const {
 
 int TAnsiStrings::setText2(const char* text, const char* separators, bool skipEmpty) {
   zeb::internal::splitAtSeparators(*d, text, separators, skipEmpty);
-  d->endRefill();
   return count();
 }
 
@@ -150,13 +149,11 @@ int TAnsiStrings::setText(const char* text, int separator) {
 
 int TAnsiStrings::addListFromText(const char* text) {
   zeb::internal::splitLines(*d, text);
-  d->endRefill();
   return count();
 }
 
 int TAnsiStrings::setTextBetweenTags(const char* text, const char* startTag, const char* endTag) {
   zeb::internal::splitBetweenTags(*d, text, startTag, endTag);
-  d->endRefill();
   return count();
 }
 
@@ -196,8 +193,7 @@ bool TAnsiStrings::loadFromFile(const zwchar_t* path) {
   if (size <= 0) return false;
   const char* text = static_cast<const char*>(data);
   if (strncmp(text, kUtf8ByteOrderMark, 3) == 0) text += 3;
-  zeb::internal::splitLines(*d, text);
-  d->endRefill();
+  addListFromText(text);
   zeb_deleteMem(data);
   return true;
 }

@@ -132,7 +132,6 @@ TWideString TWideStrings::text(zwchar_t separator) const {
 
 int TWideStrings::setText2(const zwchar_t* text, const zwchar_t* separators, bool skipEmpty) {
   zeb::internal::splitAtSeparators(*d, text, separators, skipEmpty);
-  d->endRefill();
   return count();
 }
 
@@ -143,14 +142,12 @@ int TWideStrings::setText(const zwchar_t* text, int separator) {
 
 int TWideStrings::addListFromText(const zwchar_t* text) {
   zeb::internal::splitLines(*d, text);
-  d->endRefill();
   return count();
 }
 
 int TWideStrings::setTextBetweenTags(const zwchar_t* text, const zwchar_t* startTag,
                                      const zwchar_t* endTag) {
   zeb::internal::splitBetweenTags(*d, text, startTag, endTag);
-  d->endRefill();
   return count();
 }
 

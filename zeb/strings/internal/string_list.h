@@ -93,7 +93,7 @@ inline std::pair<int, int> clampSlice(int size, int start, int n) {
   return {start, n < 0 || n > available ? available : n};
 }
 
-// ---- splitting: each refills the list; the caller ends with endRefill() -----------------------
+// ---- splitting: each replaces the list's items with the pieces of a text ------------------------
 
 // A set of separator units: a table for units below 256, a scan of the set for the others.
 template <typename CharT>
@@ -124,8 +124,8 @@ class SeparatorSet {
 // text is one field. An empty text gives no field at all; otherwise empty fields (between adjacent
 // separators, or before a leading or after a trailing one) are kept unless `skipEmpty`.
 template <typename StringT, typename CharT>
-void splitAtSeparators(StringListState<StringT>& list, const CharT* text, const CharT* separators,
-                       bool skipEmpty) {
+void refillFields(StringListState<StringT>& list, const CharT* text, const CharT* separators,
+                  bool skipEmpty) {
   if (isEmptyText(text)) return;
   const SeparatorSet<CharT> set(separators);
   const CharT* field = text;
@@ -143,7 +143,7 @@ void splitAtSeparators(StringListState<StringT>& list, const CharT* text, const 
 // The lines of `text`: a line ends at LF or CR LF; a line end that closes the text starts
 // no further line, so "a\n" is one line and "a\n\n" two. A lone CR stays in its line.
 template <typename StringT, typename CharT>
-void splitLines(StringListState<StringT>& list, const CharT* text) {
+void refillLines(StringListState<StringT>& list, const CharT* text) {
   if (isEmptyText(text)) return;
   const CharT* line = text;
   for (const CharT* p = text;; ++p) {
@@ -162,8 +162,8 @@ void splitLines(StringListState<StringT>& list, const CharT* text) {
 // Every text that stands between `startTag` and the following `endTag`, left to right (an
 // empty or null `endTag` takes the rest of the text as one item).
 template <typename StringT, typename CharT>
-void splitBetweenTags(StringListState<StringT>& list, const CharT* text, const CharT* startTag,
-                      const CharT* endTag) {
+void refillBetweenTags(StringListState<StringT>& list, const CharT* text, const CharT* startTag,
+                       const CharT* endTag) {
   if (isEmptyText(text) || isEmptyText(startTag)) return;
   const int startLength = textLength(startTag);
   const int endLength = textLength(endTag);
@@ -177,6 +177,25 @@ void splitBetweenTags(StringListState<StringT>& list, const CharT* text, const C
     if (endLength == 0) return;
     from = closing + endLength;
   }
+}
+
+// The refills above, each ended: the items the new pieces did not reach are deleted.
+template <typename StringT, typename CharT>
+void splitAtSeparators(StringListState<StringT>& list, const CharT* text, const CharT* separators,
+                       bool skipEmpty) {
+  refillFields(list, text, separators, skipEmpty);
+  list.endRefill();
+}
+template <typename StringT, typename CharT>
+void splitLines(StringListState<StringT>& list, const CharT* text) {
+  refillLines(list, text);
+  list.endRefill();
+}
+template <typename StringT, typename CharT>
+void splitBetweenTags(StringListState<StringT>& list, const CharT* text, const CharT* startTag,
+                      const CharT* endTag) {
+  refillBetweenTags(list, text, startTag, endTag);
+  list.endRefill();
 }
 
 // ---- joining, searching, comparing --------------------------------------------------------------
