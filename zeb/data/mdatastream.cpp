@@ -1,6 +1,6 @@
 // mdatastream.cpp: the stream reader and writer. The reader's file side keeps one invariant: the
-// file's own offset is always cacheStart + cacheFilled, so the read point is cacheStart +
-// cacheOffset and no read needs a seek.
+// file's own offset is always position + cacheFilled (position being where the cache starts), so
+// the read point is position + cacheOffset and no read needs a seek.
 #include "zeb/data/mdatastream.h"
 
 #include <algorithm>
@@ -8,24 +8,18 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "zeb/data/internal/little_endian.h"
 #include "zeb/log/internal/assertion_record.h"
 #include "zeb/platform/file.h"
 #include "zeb/strings/TWideString.h"
 #include "zeb/utils/mfile.h"
 
+using zeb::internal::loadLittleEndian;
+using zeb::internal::storeLittleEndian;
+
 namespace {
 
 constexpr int kCacheSize = 65536;
-
-unsigned long long decodeLittleEndian(const unsigned char* p, int width) {
-  unsigned long long value = 0;
-  for (int i = width - 1; i >= 0; --i) value = (value << 8) | p[i];
-  return value;
-}
-
-void encodeLittleEndian(unsigned long long value, int width, unsigned char* out) {
-  for (int i = 0; i < width; ++i) out[i] = static_cast<unsigned char>(value >> (8 * i));
-}
 
 }  // namespace
 
@@ -71,10 +65,15 @@ struct tdatastream::State {
     cacheOffset = 0;
   }
 
-  bool refillCache() {
+  // The read cache, allocated on first use; false when it cannot be.
+  bool haveCache() {
     if (cache == nullptr) cache = static_cast<unsigned char*>(std::malloc(kCacheSize));
+    return cache != nullptr;
+  }
+
+  bool refillCache() {
     dropCache();
-    if (cache == nullptr) return false;
+    if (!haveCache()) return false;
     cacheFilled = readFromFile(cache, std::min(kCacheSize, allowance()));
     return cacheFilled > 0;
   }
@@ -118,11 +117,11 @@ struct tdatastream::State {
     if (allowance() < width) return false;
     if (type == tdatastream::memory) {
       if (memSize - position < width) return false;
-      value = decodeLittleEndian(memCopy + position, width);
+      value = loadLittleEndian(memCopy + position, width);
       position += width;
     } else {
       if (!cacheAtLeast(width)) return false;
-      value = decodeLittleEndian(cache + cacheOffset, width);
+      value = loadLittleEndian(cache + cacheOffset, width);
       cacheOffset += width;
     }
     bytesRead += width;
@@ -143,9 +142,7 @@ struct tdatastream::State {
   // Consumes nothing.
   bool cacheAtLeast(int width) {
     if (unreadCached() >= width) return true;
-    if (file == nullptr) return false;
-    if (cache == nullptr) cache = static_cast<unsigned char*>(std::malloc(kCacheSize));
-    if (cache == nullptr) return false;
+    if (file == nullptr || !haveCache()) return false;
     const int unread = unreadCached();
     std::memmove(cache, cache + cacheOffset, static_cast<size_t>(unread));
     position += cacheOffset;
@@ -362,7 +359,7 @@ struct tdatastreamWriter::State {
   template <int width>
   bool writeLittleEndian(unsigned long long value) {
     unsigned char bytes[width];
-    encodeLittleEndian(value, width, bytes);
+    storeLittleEndian(bytes, value, width);
     return write(bytes, width) == width;
   }
 };

@@ -5,6 +5,7 @@
 
 #include "zeb/data/internal/bundle_value.h"
 #include "zeb/data/tdatabundle.h"
+#include "zeb/strings/zeb_cstr.h"
 
 using zeb::internal::pointerAsValue;
 using zeb::internal::valueAsObject;
@@ -19,11 +20,6 @@ char* copyText(const char* text) {
   char* copy = new char[n];
   std::memcpy(copy, text, n);
   return copy;
-}
-
-// Null is the empty text.
-bool sameText(const char* a, const char* b) {
-  return std::strcmp(a != nullptr ? a : "", b != nullptr ? b : "") == 0;
 }
 
 bool isKnownType(int type) {
@@ -66,9 +62,7 @@ tbundleitem::tbundleitem(udatatype type, unsigned long long value) {
 
 tbundleitem::tbundleitem(const tDataInitPair& pair) : tbundleitem(pair.type, pair.value) {}
 
-tbundleitem::tbundleitem(const tbundleitem& other) {
-  copyPayloadOf(other);
-}
+tbundleitem::tbundleitem(const tbundleitem& other) : tbundleitem(other.m_type, other.m_value) {}
 
 tbundleitem::tbundleitem(tbundleitem&& other) noexcept
     : m_value(other.m_value), m_type(other.m_type) {
@@ -145,7 +139,7 @@ bool tbundleitem::operator==(void* object) const {
 }
 
 bool tbundleitem::operator==(const char* text) const {
-  return m_type == dtString && sameText(asString(), text);
+  return m_type == dtString && zeb_strcmpnil(asString(), text) == 0;
 }
 
 bool tbundleitem::operator==(const tbytesdata& bytes) const {
@@ -160,7 +154,7 @@ bool tbundleitem::equal(const tbundleitem& other) const {
   if (m_type != other.m_type) return false;
   switch (m_type) {
     case dtString:
-      return sameText(asString(), other.asString());
+      return zeb_strcmpnil(asString(), other.asString()) == 0;
     case dtBytesData:
       return asBytesData() == other.asBytesData();
     case dtDataBundle:
@@ -185,19 +179,6 @@ void tbundleitem::freePayload() {
       break;
   }
   setEmpty();
-}
-
-void tbundleitem::copyPayloadOf(const tbundleitem& other) {
-  switch (other.m_type) {
-    case dtString:
-    case dtBytesData:
-    case dtDataBundle:
-      *this = tbundleitem(other.m_type, other.m_value);
-      break;
-    default:
-      m_value = other.m_value;
-      m_type = other.m_type;
-  }
 }
 
 void tbundleitem::setEmpty() {

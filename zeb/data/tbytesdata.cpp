@@ -9,6 +9,8 @@
 #include <cstring>
 #include <utility>
 
+#include "zeb/data/internal/little_endian.h"
+
 namespace {
 
 unsigned char* allocateBlock(int n, bool zeroFill) {
@@ -245,7 +247,7 @@ tbytesdata& tbytesdata::append(const void* src, int n, bool doubleIt) {
 
 tbytesdata& tbytesdata::appendLittleEndian(unsigned long long value, int width) {
   unsigned char bytes[8];
-  for (int i = 0; i < width; ++i) bytes[i] = static_cast<unsigned char>(value >> (8 * i));
+  zeb::internal::storeLittleEndian(bytes, value, width);
   return append(bytes, width, true);
 }
 
@@ -298,9 +300,7 @@ tbytesdata tbytesdata::operator+(const tbytesdata& other) const {
 // ---- integers read back ----------------------------------------------------------------------
 
 unsigned long long tbytesdata::readLittleEndian(int width) const {
-  unsigned long long value = 0;
-  for (int i = prefixLength(m_size, width) - 1; i >= 0; --i) value = (value << 8) | m_data[i];
-  return value;
+  return zeb::internal::loadLittleEndian(m_data, prefixLength(m_size, width));
 }
 
 unsigned long long tbytesdata::asUInt64() const {

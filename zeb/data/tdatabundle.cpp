@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "zeb/data/internal/bundle_value.h"
+#include "zeb/strings/internal/units.h"
 
+using zeb::internal::orEmpty;
 using zeb::internal::pointerAsValue;
 using zeb::internal::valueAsInt32;
 using zeb::internal::valueAsObject;
@@ -28,10 +30,6 @@ struct Fnv1aHash {
   }
 };
 
-const char* keyOf(const char* name) {
-  return name != nullptr ? name : "";
-}
-
 const tbundleitem& sharedEmptyItem() {
   static const tbundleitem empty;
   return empty;
@@ -50,13 +48,13 @@ struct tdatabundle::Store {
   void endWalk() { cursor = items.end(); }
 
   const tbundleitem* find(const char* name) const {
-    const auto it = items.find(keyOf(name));
+    const auto it = items.find(orEmpty(name));
     return it != items.end() ? &it->second : nullptr;
   }
 
   // Adds the key with `item` unless it is present already.
   bool insert(const char* name, tbundleitem&& item) {
-    const bool inserted = items.try_emplace(keyOf(name), std::move(item)).second;
+    const bool inserted = items.try_emplace(orEmpty(name), std::move(item)).second;
     if (inserted) endWalk();
     return inserted;
   }
@@ -186,7 +184,7 @@ void tdatabundle::putDatas(idatabundle* other) {
 }
 
 tbundleitem& tdatabundle::operator[](const char* name) {
-  const auto result = m_store->items.try_emplace(keyOf(name));
+  const auto result = m_store->items.try_emplace(orEmpty(name));
   if (result.second) m_store->endWalk();
   return result.first->second;
 }
@@ -237,7 +235,7 @@ bool tdatabundle::has(const char* name) const {
 }
 
 bool tdatabundle::remove(const char* name) {
-  const bool removed = m_store->items.erase(keyOf(name)) != 0;
+  const bool removed = m_store->items.erase(orEmpty(name)) != 0;
   if (removed) m_store->endWalk();
   return removed;
 }

@@ -115,7 +115,6 @@ class ZEB_API tbundleitem {
 
  private:
   void freePayload();
-  void copyPayloadOf(const tbundleitem& other);
   void setEmpty();
 
   unsigned long long m_value = 0;

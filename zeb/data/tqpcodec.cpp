@@ -5,6 +5,12 @@
 #include <climits>
 #include <cstring>
 
+#include "zeb/strings/internal/units.h"
+
+using zeb::internal::foldUpper;
+using zeb::internal::isDigitUnit;
+using zeb::internal::isHexDigitUnit;
+
 namespace {
 
 constexpr int kSoftBreakAt = 73;
@@ -28,11 +34,10 @@ long long encodeCapacity(int length) {
   return reserve > most ? reserve : most;
 }
 
+// The value of a hexadecimal digit of either case, or -1.
 int hexValue(unsigned char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
+  if (!isHexDigitUnit(c)) return -1;
+  return isDigitUnit(c) ? c - '0' : foldUpper(c) - 'A' + 10;
 }
 
 }  // namespace

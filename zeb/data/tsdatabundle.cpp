@@ -121,8 +121,13 @@ tsdatabundle& tsdatabundle::putDataBundle(const tdatabundle& bundle) {
 }
 
 tsdatabundle& tsdatabundle::putDatas(const tsdatabundle& other) {
-  const std::vector<tbundleitem> added = other.m_store->items;  // `other` may be this bundle
-  m_store->items.insert(m_store->items.end(), added.begin(), added.end());
+  std::vector<tbundleitem>& items = m_store->items;
+  if (&other == this) {
+    const std::vector<tbundleitem> added = items;  // a vector cannot insert its own items
+    items.insert(items.end(), added.begin(), added.end());
+  } else {
+    items.insert(items.end(), other.m_store->items.begin(), other.m_store->items.end());
+  }
   return *this;
 }
 

@@ -11,10 +11,14 @@
 #include <cstdint>
 #include <cstring>
 
+#include "zeb/data/internal/little_endian.h"
+
 #if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
 #define ZEB_CRC32_CLMUL 1
 #include <immintrin.h>
 #endif
+
+using zeb::internal::load32le;
 
 namespace {
 
@@ -33,10 +37,6 @@ struct SliceTables {
   }
 };
 constexpr SliceTables kTables{};
-
-inline uint32_t load32le(const unsigned char* p) {
-  return uint32_t{p[0]} | (uint32_t{p[1]} << 8) | (uint32_t{p[2]} << 16) | (uint32_t{p[3]} << 24);
-}
 
 uint32_t crcBytes(uint32_t r, const unsigned char* p, size_t n) {
   for (; n > 0; --n) r = (r >> 8) ^ kTables.t[0][(r ^ *p++) & 0xFF];

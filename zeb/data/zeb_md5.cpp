@@ -9,30 +9,22 @@
 #include <cstring>
 
 #include "zeb/data/binary_hex.h"
+#include "zeb/data/internal/little_endian.h"
+
+using zeb::internal::load32le;
+using zeb::internal::store32le;
 
 namespace {
 
 constexpr int kDigestSize = 16;
 constexpr int kHexSize = 2 * kDigestSize + 1;
 
-inline uint32_t load32le(const unsigned char* p) {
-  return uint32_t{p[0]} | (uint32_t{p[1]} << 8) | (uint32_t{p[2]} << 16) | (uint32_t{p[3]} << 24);
-}
-
-inline void store32le(unsigned char* p, uint32_t v) {
-  p[0] = static_cast<unsigned char>(v);
-  p[1] = static_cast<unsigned char>(v >> 8);
-  p[2] = static_cast<unsigned char>(v >> 16);
-  p[3] = static_cast<unsigned char>(v >> 24);
-}
-
 inline uint32_t rotl(uint32_t v, int s) {
   return (v << s) | (v >> (32 - s));
 }
 
 #define ZEB_MD5_STEP(f, a, b, c, d, k, s, t) a = rotl(a + f(b, c, d) + x[k] + (t), s) + b
-#define ZEB_MD5_STEP_G(a, b, c, d, k, s, t) \
-  a = rotl(a + (c & ~d) + x[k] + (t) + (b & d), s) + b
+#define ZEB_MD5_STEP_G(a, b, c, d, k, s, t) a = rotl(a + (c & ~d) + x[k] + (t) + (b & d), s) + b
 #define ZEB_MD5_F(x, y, z) ((z) ^ ((x) & ((y) ^ (z))))
 #define ZEB_MD5_H(x, y, z) ((x) ^ (y) ^ (z))
 #define ZEB_MD5_I(x, y, z) ((y) ^ ((x) | ~(z)))

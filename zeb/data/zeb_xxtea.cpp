@@ -7,6 +7,10 @@
 #include <vector>
 
 #include "zeb/data/binary_hex.h"
+#include "zeb/data/internal/little_endian.h"
+
+using zeb::internal::load32le;
+using zeb::internal::store32le;
 
 namespace {
 
@@ -69,12 +73,9 @@ bool zeb_tea_textdata(TAnsiString& text) {
   std::vector<unsigned char> bytes(static_cast<size_t>(padded), ' ');
   for (int i = 0; i < length; ++i) bytes[i] = static_cast<unsigned char>(text.data()[i]);
   std::vector<unsigned int> words(static_cast<size_t>(padded / 4));
-  for (size_t w = 0; w < words.size(); ++w)
-    words[w] = bytes[4 * w] | (bytes[4 * w + 1] << 8) | (bytes[4 * w + 2] << 16) |
-               (static_cast<unsigned int>(bytes[4 * w + 3]) << 24);
+  for (size_t w = 0; w < words.size(); ++w) words[w] = load32le(&bytes[4 * w]);
   zeb_xxtea(words.data(), static_cast<int>(words.size()), kTextKey);
-  for (size_t w = 0; w < words.size(); ++w)
-    for (int k = 0; k < 4; ++k) bytes[4 * w + k] = static_cast<unsigned char>(words[w] >> (8 * k));
+  for (size_t w = 0; w < words.size(); ++w) store32le(&bytes[4 * w], words[w]);
   BinaryToHexNoTagA(bytes.data(), padded, text, true, 0);
   return true;
 }

@@ -2,12 +2,13 @@
 //
 // The years before a date are skipped through a table of the day each lunar year begins on
 // (built at compile time from the year table), which gives what subtracting whole years from the
-// anchor one by one gives. Within a lunar year the months are walked in order: 1 .. L, the leap month L', L + 1 .. 12
-// (L the leap month, when there is one). A month's position in that walk (0-based) is its
-// ordinal; the arithmetic and the conversions work on ordinals.
+// anchor one by one gives. Within a lunar year the months are walked in order: 1 .. L, the leap
+// month L', L + 1 .. 12 (L the leap month, when there is one). A month's position in that walk
+// (0-based) is its ordinal; the arithmetic and the conversions work on ordinals.
 
 #include "zeb/datetime/tpdate.h"
 
+#include "zeb/datetime/internal/calendar.h"
 #include "zeb/datetime/internal/lunar_tables.h"
 
 namespace {
@@ -20,8 +21,8 @@ using zeb_lunar::kYearTable;
 constexpr int kNoLeapLongPrevious = 15;
 constexpr int kDaySearchYears = 5;
 constexpr int kMonthDaySearchYears = 60;
-// The day number of Gregorian 1900-01-31, lunar 1900-01-01 (1900-01-01 is day 2).
-constexpr long long kAnchorDay = 32;
+// The day number of lunar 1900-01-01, Gregorian 1900-01-31.
+constexpr long long kAnchorDay = zeb::datetime::encodeDayNumber(1900, 1, 31);
 constexpr int kYears = kLastYear - kFirstYear + 1;
 
 constexpr bool isTabledYear(int year) {
@@ -88,7 +89,8 @@ struct LunarMonth {
 
 int ordinalOf(int year, LunarMonth m) {
   const int leapMonth = leapMonthOf(year);
-  const bool afterLeap = leapMonth != 0 && (m.month > leapMonth || (m.month == leapMonth && m.leap));
+  const bool afterLeap =
+      leapMonth != 0 && (m.month > leapMonth || (m.month == leapMonth && m.leap));
   return m.month - 1 + (afterLeap ? 1 : 0);
 }
 
@@ -138,9 +140,9 @@ const char* const kBranches[12] = {"\xD7\xD3", "\xB3\xF3", "\xD2\xFA", "\xC3\xAE
 const char* const kAnimals[12] = {"\xCA\xF3", "\xC5\xA3", "\xBB\xA2", "\xCD\xC3",
                                   "\xC1\xFA", "\xC9\xDF", "\xC2\xED", "\xD1\xF2",
                                   "\xBA\xEF", "\xBC\xA6", "\xB9\xB7", "\xD6\xED"};
-const char* const kMonthNames[12] = {"\xD2\xBB", "\xB6\xFE", "\xC8\xFD",     "\xCB\xC4",
-                                     "\xCE\xE5", "\xC1\xF9", "\xC6\xDF",     "\xB0\xCB",
-                                     "\xBE\xC5", "\xCA\xAE", "\xCA\xAE\xD2\xBB", "\xCA\xAE\xB6\xFE"};
+const char* const kMonthNames[12] = {
+    "\xD2\xBB", "\xB6\xFE", "\xC8\xFD", "\xCB\xC4", "\xCE\xE5",         "\xC1\xF9",
+    "\xC6\xDF", "\xB0\xCB", "\xBE\xC5", "\xCA\xAE", "\xCA\xAE\xD2\xBB", "\xCA\xAE\xB6\xFE"};
 const char* const kDayNames[30] = {
     "\xB3\xF5\xD2\xBB", "\xB3\xF5\xB6\xFE", "\xB3\xF5\xC8\xFD", "\xB3\xF5\xCB\xC4",
     "\xB3\xF5\xCE\xE5", "\xB3\xF5\xC1\xF9", "\xB3\xF5\xC6\xDF", "\xB3\xF5\xB0\xCB",
@@ -159,8 +161,7 @@ bool isValid(const tpdate& d) {
 
 // ((year - 4) mod 60) as a non-negative index into the sixty-year cycle.
 int cycleIndex(int year) {
-  const int k = (year - 4) % 60;
-  return k < 0 ? k + 60 : k;
+  return static_cast<int>(zeb::datetime::floorMod(year - 4, 60));
 }
 
 }  // namespace
@@ -175,8 +176,11 @@ int GDateToPDateByTDate(long long dayNumber, int* pYear, int* pMonth, int* pDay,
   offset -= kYearStarts.start[year - kFirstYear];
   const int months = monthsInYear(year);
   int ordinal = 0;
-  for (; ordinal < months - 1 && offset >= monthDays(year, monthAt(year, ordinal)); ++ordinal)
-    offset -= monthDays(year, monthAt(year, ordinal));
+  for (; ordinal < months - 1; ++ordinal) {
+    const int days = monthDays(year, monthAt(year, ordinal));
+    if (offset < days) break;
+    offset -= days;
+  }
   const LunarMonth m = monthAt(year, ordinal);
   storeLunar(pYear, pMonth, pDay, pLeap, year, m.month, static_cast<int>(offset) + 1, m.leap);
   return 1;
@@ -197,9 +201,8 @@ int PDateToGDate(int pYear, int pMonth, int pDay, int pLeap, int* year, int* mon
 // ---- the year's months -----------------------------------------------------------------------
 
 int PDateIsValid(int pYear, int pMonth, int pDay, int pLeap) {
-  if (pYear < kFirstYear - 1 || pYear > kLastYear || pMonth < 1 || pMonth > 12) return 0;
-  if (pLeap != 0 && GetLeapMonthInPYear(pYear) != pMonth) return 0;
-  return pDay >= 1 && pDay <= getPMonthDays(pYear, pMonth, pLeap) ? 1 : 0;
+  return isValidMonth(pYear, pMonth, pLeap) && pDay >= 1 &&
+         pDay <= getPMonthDays(pYear, pMonth, pLeap);
 }
 
 int GetLeapMonthInPYear(int pYear) {

@@ -17,12 +17,12 @@
 //   stems     甲 乙 丙 丁 戊 己 庚 辛 壬 癸
 //   branches  子 丑 寅 卯 辰 巳 午 未 申 酉 戌 亥
 //   animals   鼠 牛 虎 兔 龙 蛇 马 羊 猴 鸡 狗 猪
-//   months    一 二 三 四 五 六 七 八 九 十 十一 十二, followed by 月; a leap month is prefixed with 润
+//   months    一 二 三 四 五 六 七 八 九 十 十一 十二, followed by 月
+//             (a leap month is prefixed with 润)
 //   days      初一 ... 初十 十一 ... 十九 二十 廿一 ... 廿九 三十
 //
-// Lunar dates are valid (PDateIsValid) for the years whose months are tabled, 1900-2100; the
-// year range check admits 1899, the placeholder's year, but no month of 1899 has a length, so
-// the placeholder itself is not a valid date. Nothing here logs or fails loudly: bad input gives
+// Lunar dates are valid (PDateIsValid) for the years whose months are tabled, 1900-2100, so the
+// placeholder 1899-01-01 is not a valid date. Nothing here logs or fails loudly: bad input gives
 // the zero, negative or empty results each function documents.
 #ifndef ZEB_DATETIME_TPDATE_H
 #define ZEB_DATETIME_TPDATE_H
@@ -66,7 +66,8 @@ ZEB_API int GDateToPDate(int year, int month, int day, int* pYear, int* pMonth, 
 // The lunar date of a day number (days from 1899-12-30). 1 when converted; 0 for a day before
 // Gregorian 1900-01-31 or after the last day of lunar 2100, with the outputs set to the
 // placeholder 1899-01-01, not leap. Null outputs are skipped.
-ZEB_API int GDateToPDateByTDate(long long dayNumber, int* pYear, int* pMonth, int* pDay, int* pLeap);
+ZEB_API int GDateToPDateByTDate(long long dayNumber, int* pYear, int* pMonth, int* pDay,
+                                int* pLeap);
 // The Gregorian date of a lunar date: 1 with the outputs written; 0 for an invalid lunar date
 // (PDateIsValid), outputs untouched. Null outputs are skipped.
 ZEB_API int PDateToGDate(int pYear, int pMonth, int pDay, int pLeap, int* year, int* month,
@@ -74,7 +75,7 @@ ZEB_API int PDateToGDate(int pYear, int pMonth, int pDay, int pLeap, int* year, 
 
 // ---- the year's months -----------------------------------------------------------------------
 
-// 1 when the year is 1899-2100, the month 1-12, a set leap flag names the year's leap month and
+// 1 when the year is 1900-2100, the month 1-12, a set leap flag names the year's leap month and
 // the day is 1 to the month's length; else 0.
 ZEB_API int PDateIsValid(int pYear, int pMonth, int pDay, int pLeap);
 // The year's leap month, 0 when it has none or the year is outside 1900-2100.

@@ -1,5 +1,6 @@
 // bundle_value.h: how a bundle's getters read an item's raw 64-bit value as each requested type,
-// shared by tdatabundle, tsdatabundle and the bundle interface. No type checks, by design.
+// and how a value or address is stored in it; shared by tbundleitem, tdatabundle and
+// tsdatabundle. No type checks, by design.
 #ifndef ZEB_DATA_INTERNAL_BUNDLE_VALUE_H
 #define ZEB_DATA_INTERNAL_BUNDLE_VALUE_H
 
