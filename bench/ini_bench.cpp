@@ -5,49 +5,42 @@
 #include <SimpleIni.h>
 #include <benchmark/benchmark.h>
 #include <ini.h>
-#include <stdio.h>
-#include <unistd.h>
 
 #include <string>
 
+#include "testing/temp_dir.h"
 #include "zeb/utils/TIniFile.h"
 
 namespace {
 
-// A file in the temporary folder holding the sample text, removed at exit.
+// The sample text: 100 sections of 100 keys, a comment every ten keys.
+std::string sampleText() {
+  std::string text = "; generated settings\n";
+  for (int s = 0; s < 100; ++s) {
+    text += "[section" + std::to_string(s) + "]\n";
+    for (int k = 0; k < 100; ++k) {
+      if (k % 10 == 0) text += "# group " + std::to_string(k / 10) + "\n";
+      text += "key" + std::to_string(k) + " = value number " + std::to_string(s * 100 + k) + "\n";
+    }
+  }
+  return text;
+}
+
+// A file in a temporary folder holding the sample text, and where saves go; removed at exit.
 class SampleFile {
  public:
-  SampleFile() {
-    char folder[] = "/tmp/zeb_ini_bench_XXXXXX";
-    folder_ = mkdtemp(folder) != nullptr ? folder : "/tmp";
-    path_ = folder_ + "/sample.ini";
-    out_ = folder_ + "/out.ini";
-    std::string text = "; generated settings\n";
-    for (int s = 0; s < 100; ++s) {
-      text += "[section" + std::to_string(s) + "]\n";
-      for (int k = 0; k < 100; ++k) {
-        if (k % 10 == 0) text += "# group " + std::to_string(k / 10) + "\n";
-        text += "key" + std::to_string(k) + " = value number " + std::to_string(s * 100 + k) + "\n";
-      }
-    }
-    FILE* f = fopen(path_.c_str(), "wb");
-    if (f != nullptr) {
-      fwrite(text.data(), 1, text.size(), f);
-      fclose(f);
-    }
+  SampleFile() : path_(folder_.filePath("sample.ini")), out_(folder_.filePath("out.ini")) {
+    const std::string text = sampleText();
+    folder_.writeFile("sample.ini", text);
     size_ = text.size();
-  }
-  ~SampleFile() {
-    unlink(path_.c_str());
-    unlink(out_.c_str());
-    rmdir(folder_.c_str());
   }
   const std::string& path() const { return path_; }
   const std::string& out() const { return out_; }
   size_t size() const { return size_; }
 
  private:
-  std::string folder_, path_, out_;
+  zeb::testing::TempDir folder_;
+  std::string path_, out_;
   size_t size_ = 0;
 };
 

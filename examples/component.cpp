@@ -6,8 +6,6 @@
 // loader's own lines show what it did. Run it with ZEB_REGISTRY_DIR set to a scratch folder.
 #include <stdio.h>
 
-#include <string>
-
 #include "testing/test_component.h"
 #include "zeb/data/tdatabundle.h"
 #include "zeb/log/zeb_log.h"
@@ -19,12 +17,6 @@
 namespace {
 
 const zwchar_t kName[] = ZW("demo.component");
-
-std::string utf8(const zwchar_t* text) {
-  TAnsiString s;
-  s.fromWideString(text, MIB_UTF8);
-  return s.p();
-}
 
 bool registerComponent() {
   TRegKey key(HKEY_CURRENT_USER);
@@ -57,8 +49,8 @@ int main() {
     return 1;
   }
   mlogSetConsoleEnable(1);
-  printf("Registered \"%s\" as \"%s\".\n", utf8(kName).c_str(),
-         utf8(checkReadAppName(kName)).c_str());
+  printf("Registered \"%s\" as \"%s\".\n", TWideString(kName).utf8().p(),
+         TWideString(checkReadAppName(kName)).utf8().p());
 
   HMODULE module = nullptr;
   interface_classbase* first = nullptr;

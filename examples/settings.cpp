@@ -4,8 +4,6 @@
 // Run it twice: the second run reads the first one's settings back.
 #include <stdio.h>
 
-#include <string>
-
 #include "zeb/data/mdatastream.h"
 #include "zeb/datetime/mdatetime.h"
 #include "zeb/strings/TAnsiString.h"
@@ -33,12 +31,6 @@ bool unpackLayout(const RegValue& value, Layout& layout) {
          in.readUInt16(layout.height);
 }
 
-std::string utf8(const zwchar_t* text) {
-  TAnsiString s;
-  s.fromWideString(text, MIB_UTF8);
-  return s.p();
-}
-
 }  // namespace
 
 int main() {
@@ -57,7 +49,7 @@ int main() {
     key.QueryValue(ZW("last run"), lastRun);
     key.QueryValue(ZW("layout"), layoutValue);
     printf("Read back the settings of run %d, stored at %s.\n", runs.asInt32Def(0),
-           utf8(lastRun.asStringDef(ZW("?"))).c_str());
+           TWideString(lastRun.asStringDef(ZW("?"))).utf8().p());
     if (unpackLayout(layoutValue, layout)) {
       printf("Window layout read back: %u,%u %ux%u.\n", layout.x, layout.y, layout.width,
              layout.height);

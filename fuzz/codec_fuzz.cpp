@@ -4,19 +4,15 @@
 // gives the input back (for quoted-printable with '_' read back as a space, the decoder's rule).
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/data/tbase64codec.h"
 #include "zeb/data/tqpcodec.h"
 
 namespace {
-
-void check(bool ok) {
-  if (!ok) abort();
-}
 
 // The Base64 decoding rules read one character at a time, with no tables and no fast path.
 std::string referenceBase64(const char* text, int length) {
@@ -34,8 +30,8 @@ std::string referenceBase64(const char* text, int length) {
       ++i;
       continue;
     }
-    const unsigned v = value(at(i)) << 18 | value(at(i + 1)) << 12 | value(at(i + 2)) << 6 |
-                       value(at(i + 3));
+    const unsigned v =
+        value(at(i)) << 18 | value(at(i + 1)) << 12 | value(at(i + 2)) << 6 | value(at(i + 3));
     out += static_cast<char>(v >> 16);
     if (at(i + 2) != '=' && at(i + 2) != '\0') {
       out += static_cast<char>(v >> 8);
@@ -51,28 +47,28 @@ void decodeArbitrary(const char* text, int length) {
   const int size = length < 0 ? static_cast<int>(strlen(text)) : length;
   TAnsiString out;
   const int n = tbase64codec::Decode(text, length, out);
-  check(n >= 0 && n <= 3 * (size / 4 + 1));
-  if (n > 0) check(out.p()[n] == '\0');
-  check(tbase64codec::Decode(text, length).size() == n);
+  FUZZ_CHECK(n >= 0 && n <= 3 * (size / 4 + 1));
+  if (n > 0) FUZZ_CHECK(out.p()[n] == '\0');
+  FUZZ_CHECK(tbase64codec::Decode(text, length).size() == n);
   const std::string expected = referenceBase64(text, size);
-  check(expected.size() == static_cast<size_t>(n) &&
-        (n == 0 || memcmp(out.p(), expected.data(), n) == 0));
+  FUZZ_CHECK(expected.size() == static_cast<size_t>(n) &&
+             (n == 0 || memcmp(out.p(), expected.data(), n) == 0));
   const int q = tqpcodec::Decode(text, length, out);
-  check(q >= 0 && q <= size);
-  if (q > 0) check(out.p()[q] == '\0');
+  FUZZ_CHECK(q >= 0 && q <= size);
+  if (q > 0) FUZZ_CHECK(out.p()[q] == '\0');
 }
 
 void roundTrip(const char* data, int length) {
   TAnsiString text, back;
   const int encoded = tbase64codec::Encode(data, length, text);
-  check(tbase64codec::Decode(text.p(), encoded, back) == length);
-  check(memcmp(back.p(), data, length) == 0);
+  FUZZ_CHECK(tbase64codec::Decode(text.p(), encoded, back) == length);
+  FUZZ_CHECK(memcmp(back.p(), data, length) == 0);
   const int qp = tqpcodec::Encode(data, length, text);
-  check(qp < text.getCapacity());
-  check(tqpcodec::Decode(text.p(), qp, back) == length);
+  FUZZ_CHECK(qp < text.getCapacity());
+  FUZZ_CHECK(tqpcodec::Decode(text.p(), qp, back) == length);
   std::string expected(data, length);
   for (char& c : expected) c = c == '_' ? ' ' : c;
-  check(memcmp(back.p(), expected.data(), length) == 0);
+  FUZZ_CHECK(memcmp(back.p(), expected.data(), length) == 0);
 }
 
 }  // namespace

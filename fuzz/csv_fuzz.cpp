@@ -4,23 +4,15 @@
 // the skips found. The input is also quoted with csv_text_to_csvfield and must read back as itself.
 #include <stddef.h>
 #include <stdint.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include <algorithm>
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/formats/TCsvFileReader.h"
 
 namespace {
-
-void check(bool condition, const char* what) {
-  if (!condition) {
-    fprintf(stderr, "check failed: %s\n", what);
-    abort();
-  }
-}
 
 // The records of `text` as csv_skip_oneline cuts them; every field of each must be taken within
 // the record.
@@ -29,15 +21,15 @@ int skipAndSplit(std::string text) {
   int records = 0;
   for (char* p = text.data(); *p != '\0';) {
     char* next = csv_skip_oneline(p);
-    check(next > p && next <= end, "a skip moves forward within the text");
+    FUZZ_CHECK(next > p && next <= end);
     std::string record(p, next);
     char* rest = record.data();
     const char* recordEnd = record.data() + record.size();
     while (rest != nullptr) {
       char* field = nullptr;
       char* after = csv_parse_onefield(rest, &field);
-      check(field != nullptr && strlen(field) <= size_t(recordEnd - rest), "a field fits");
-      check(after == nullptr || (after > rest && after <= recordEnd), "a field moves forward");
+      FUZZ_CHECK(field != nullptr && strlen(field) <= size_t(recordEnd - rest));
+      FUZZ_CHECK(after == nullptr || (after > rest && after <= recordEnd));
       rest = after;
     }
     ++records;
@@ -49,12 +41,12 @@ int skipAndSplit(std::string text) {
 void quoteAndReadBack(std::string value) {
   const std::string original = value;
   char* written = csv_text_to_csvfield(value.data());
-  check(written != nullptr, "quoting succeeds");
+  FUZZ_CHECK(written != nullptr);
   std::string field = written;
   char* taken = nullptr;
-  char* after = csv_parse_onefield(field.data(), &taken);
-  check(taken != nullptr && original == taken, "a quoted value reads back as itself");
-  check(after == nullptr, "one field only");
+  char* secondField = csv_parse_onefield(field.data(), &taken);
+  FUZZ_CHECK(taken != nullptr && original == taken);
+  FUZZ_CHECK(secondField == nullptr);
 }
 
 }  // namespace
@@ -64,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::replace(text.begin(), text.end(), '\0', ' ');
   const int records = skipAndSplit(text);
   TCsvFileReader reader(nullptr);
-  check(reader.openFromMem(text.c_str()) == records, "the walk counts every record");
+  FUZZ_CHECK(reader.openFromMem(text.c_str()) == records);
   quoteAndReadBack(text);
   return 0;
 }

@@ -3,21 +3,14 @@
 #include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/utils/TIniFile.h"
 
 namespace {
-
-void check(bool condition, const char* what) {
-  if (!condition) {
-    fprintf(stderr, "check failed: %s\n", what);
-    abort();
-  }
-}
 
 std::string readAll(const std::string& path) {
   std::string text;
@@ -31,12 +24,12 @@ std::string readAll(const std::string& path) {
 
 // Three files of this process in the temporary folder: the input and the two saves.
 struct Paths {
-  std::string input, first, second;
+  std::string input, firstSave, secondSave;
   Paths() {
     const std::string base = "/tmp/zeb_ini_fuzz_" + std::to_string(getpid());
     input = base + ".in";
-    first = base + ".1";
-    second = base + ".2";
+    firstSave = base + ".1";
+    secondSave = base + ".2";
   }
 };
 
@@ -44,16 +37,16 @@ struct Paths {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const Paths paths;
-  FILE* f = fopen(paths.input.c_str(), "wb");
-  check(f != nullptr, "the input file opens");
-  fwrite(data, 1, size, f);
-  fclose(f);
+  FILE* inputFile = fopen(paths.input.c_str(), "wb");
+  FUZZ_CHECK(inputFile != nullptr);
+  fwrite(data, 1, size, inputFile);
+  fclose(inputFile);
   zeb::TIniFile ini;
   ini.load(paths.input);
-  ini.saveas(paths.first);
+  ini.saveas(paths.firstSave);
   zeb::TIniFile again;
-  check(again.load(paths.first), "a saved file loads");
-  again.saveas(paths.second);
-  check(readAll(paths.first) == readAll(paths.second), "saving is a fixed point");
+  FUZZ_CHECK(again.load(paths.firstSave));
+  again.saveas(paths.secondSave);
+  FUZZ_CHECK(readAll(paths.firstSave) == readAll(paths.secondSave));
   return 0;
 }

@@ -5,17 +5,13 @@
 // steps keep a valid date valid (with clamping) and can be undone.
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
 #include <string.h>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/datetime/mdatetime.h"
 #include "zeb/datetime/tpdate.h"
 
 namespace {
-
-void check(bool ok) {
-  if (!ok) abort();
-}
 
 int field(const uint8_t* data, size_t size, size_t i) {
   int16_t v = 0;
@@ -26,30 +22,43 @@ int field(const uint8_t* data, size_t size, size_t i) {
 void gregorianRoundTrip(int year, int month, int day) {
   int y = 0, m = 0, d = 0, leap = 0;
   const int result = GDateToPDate(year, month, day, &y, &m, &d, &leap);
-  if (year < 1900 || year > 2100) return check(result == -2);
-  if (!GDateIsValid(year, month, day)) return check(result == -1);
-  if (result == 0) return check(EncodeDate(year, month, day) < EncodeDate(1900, 1, 31));
-  check(result == 1 && PDateIsValid(y, m, d, leap) == 1);
+  if (year < 1900 || year > 2100) {
+    FUZZ_CHECK(result == -2);
+    return;
+  }
+  if (!GDateIsValid(year, month, day)) {
+    FUZZ_CHECK(result == -1);
+    return;
+  }
+  if (result == 0) {
+    FUZZ_CHECK(EncodeDate(year, month, day) < EncodeDate(1900, 1, 31));
+    return;
+  }
+  FUZZ_CHECK(result == 1 && PDateIsValid(y, m, d, leap) == 1);
   int gy = 0, gm = 0, gd = 0;
-  check(PDateToGDate(y, m, d, leap, &gy, &gm, &gd) == 1);
-  check(gy == year && gm == month && gd == day);
+  FUZZ_CHECK(PDateToGDate(y, m, d, leap, &gy, &gm, &gd) == 1);
+  FUZZ_CHECK(gy == year && gm == month && gd == day);
 }
 
 void lunarRoundTrip(int year, int month, int day, int leap, int step) {
   int gy = 0, gm = 0, gd = 0;
   const int result = PDateToGDate(year, month, day, leap, &gy, &gm, &gd);
-  if (PDateIsValid(year, month, day, leap) != 1) return check(result == 0);
-  check(result == 1);
+  if (PDateIsValid(year, month, day, leap) != 1) {
+    FUZZ_CHECK(result == 0);
+    return;
+  }
+  FUZZ_CHECK(result == 1);
   // Lunar 2100 ends in Gregorian 2101, which only the day-number form accepts.
   tpdate back;
-  check(back.fromGDate(EncodeDate(gy, gm, gd)) == 1);
-  check(back.year == year && back.month == month && back.day == day && (back.leap != 0) == (leap != 0));
+  FUZZ_CHECK(back.fromGDate(EncodeDate(gy, gm, gd)) == 1);
+  FUZZ_CHECK(back.year == year && back.month == month && back.day == day &&
+             (back.leap != 0) == (leap != 0));
   tpdate moved(year, month, day, leap);
   if (moved.incMonth(step, 1) == 1) {
-    check(PDateIsValid(moved.year, moved.month, moved.day, moved.leap) == 1);
+    FUZZ_CHECK(PDateIsValid(moved.year, moved.month, moved.day, moved.leap) == 1);
     tpdate undone = moved;
-    check(undone.incMonth(-step, 0) == 1);
-    check(undone.year == year && undone.month == month && (undone.leap != 0) == (leap != 0));
+    FUZZ_CHECK(undone.incMonth(-step, 0) == 1);
+    FUZZ_CHECK(undone.year == year && undone.month == month && (undone.leap != 0) == (leap != 0));
   }
 }
 

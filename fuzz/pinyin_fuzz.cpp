@@ -3,29 +3,25 @@
 // reading became ASCII or tone-marked letters, and separators only ever stand next to syllables.
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
 
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/formats/TPinyinWrapper.h"
 
 namespace {
 
 using zeb::TPinyinWrapper;
 
-void check(bool condition) {
-  if (!condition) abort();
-}
-
 void fuzzUtf8(const char* text, int length, int style) {
   const TAnsiString once = TPinyinWrapper::fromUTF8(text, length, style, "'");
-  check(TPinyinWrapper::fromUTF8(once.p(), once.length(), style, "'") == once);
+  FUZZ_CHECK(TPinyinWrapper::fromUTF8(once.p(), once.length(), style, "'") == once);
 }
 
 void fuzzUtf16(const std::vector<zwchar_t>& units, int style) {
   const TWideString once =
       TPinyinWrapper::fromUTF16(units.data(), static_cast<int>(units.size()), style, ZW("-"));
-  check(TPinyinWrapper::fromUTF16(once.p(), once.length(), style, ZW("-")) == once);
+  FUZZ_CHECK(TPinyinWrapper::fromUTF16(once.p(), once.length(), style, ZW("-")) == once);
 }
 
 }  // namespace
@@ -45,8 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size >= 5) {
     const unsigned codePoint = data[1] | data[2] << 8 | data[3] << 16 | unsigned(data[4]) << 24;
     const int count = TPinyinWrapper::readingCount(codePoint);
-    check(TPinyinWrapper::reading(codePoint, count, style).isEmpty());
-    check(count == 0 || TPinyinWrapper::reading(codePoint, count - 1, style).isNotEmpty());
+    FUZZ_CHECK(TPinyinWrapper::reading(codePoint, count, style).isEmpty());
+    FUZZ_CHECK(count == 0 || TPinyinWrapper::reading(codePoint, count - 1, style).isNotEmpty());
   }
   return 0;
 }

@@ -4,20 +4,12 @@
 // exceeds the limit. One object serves every input, so the matrix is reused across sizes.
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
 
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "testing/plain_levenshtein.h"
 #include "zeb/formats/TStrSimilar.h"
-
-namespace {
-
-void check(bool ok) {
-  if (!ok) abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > 4096) return 0;
@@ -30,17 +22,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const char* pb = b.c_str();
 
   const unsigned full = similar.distance(pa, pb, 0);
-  check(full == zeb::testing::plainLevenshtein(a, b));
+  FUZZ_CHECK(full == zeb::testing::plainLevenshtein(a, b));
   const unsigned limit = size % 7;
   const unsigned stopped = similar.distance(pa, pb, limit);
-  check(stopped == full || (limit != 0 && stopped > limit));
+  FUZZ_CHECK(stopped == full || (limit != 0 && stopped > limit));
 
   const unsigned p = static_cast<unsigned>(size % 120);
   const unsigned scores[] = {
-      similar.similarity_proportion(pa, pb),   similar.similarity_dkl_s(pa, pb, p),
+      similar.similarity_proportion(pa, pb),      similar.similarity_dkl_s(pa, pb, p),
       similar.similarityWords_proportion(pa, pb), similar.similarityWords_dkl(pa, pb, p),
-      similar.similarity_InterSec(pa, pb),     similar.similarity_InterSecNoCase(pa, pb),
+      similar.similarity_InterSec(pa, pb),        similar.similarity_InterSecNoCase(pa, pb),
       similar.simlarity_composite(pa, pb)};
-  for (unsigned s : scores) check(s <= 100);
+  for (unsigned s : scores) FUZZ_CHECK(s <= 100);
   return 0;
 }

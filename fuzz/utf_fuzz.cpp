@@ -6,13 +6,13 @@
 // so AddressSanitizer sees any overrun.
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "zeb/charset/internal/text_conversion.h"
 #include "zeb/charset/internal/utf_transcoder.h"
 #include "zeb/zeb_api.h"
@@ -27,10 +27,6 @@ constexpr CharsetName kUtf16 = fixedName(kHostUtf16);
 // Inputs longer than this are swept over the first kSweptBytes only; the whole input is still
 // converted once into an output that holds any text.
 constexpr size_t kSweptBytes = 192;
-
-void check(bool condition) {
-  if (!condition) abort();
-}
 
 size_t oneByte(const unsigned char*, size_t) {
   return 1;
@@ -50,7 +46,7 @@ struct Output {
 };
 
 void checkSameOutputs(Output& fast, Output& slow) {
-  check(memcmp(fast.data(), slow.data(), fast.bytes) == 0);
+  FUZZ_CHECK(memcmp(fast.data(), slow.data(), fast.bytes) == 0);
 }
 
 void compareAtSize(CharsetName to, CharsetName from, const void* in, size_t inBytes, size_t size,
@@ -59,7 +55,7 @@ void compareAtSize(CharsetName to, CharsetName from, const void* in, size_t inBy
   Output slow(size, fill);
   const ConvertResult a = convertText(to, from, in, inBytes, fast.data(), size);
   const ConvertResult b = convertDiscarding(to, from, in, inBytes, slow.data(), size);
-  check(a.ok == b.ok && a.written == b.written && a.written <= size);
+  FUZZ_CHECK(a.ok == b.ok && a.written == b.written && a.written <= size);
   checkSameOutputs(fast, slow);
 
   Output fastReplaced(size, fill);
@@ -67,7 +63,7 @@ void compareAtSize(CharsetName to, CharsetName from, const void* in, size_t inBy
   const size_t c =
       convertTextReplacing(to, from, in, inBytes, fastReplaced.data(), size, kReplacement);
   const size_t d = convertReplacing(to, from, in, inBytes, slowReplaced.data(), size, kReplacement);
-  check(c == d);
+  FUZZ_CHECK(c == d);
   checkSameOutputs(fastReplaced, slowReplaced);
 }
 
@@ -77,8 +73,8 @@ void compareAtEverySize(CharsetName to, CharsetName from, const void* in, size_t
   for (size_t size = 0; size <= 2 * swept + 8; ++size)
     compareAtSize(to, from, in, swept, size, fill);
   compareAtSize(to, from, in, inBytes, largest, fill);
-  check(convertTextReplacing(to, from, in, inBytes, nullptr, 0, kReplacement) ==
-        convertReplacing(to, from, in, inBytes, nullptr, 0, kReplacement));
+  FUZZ_CHECK(convertTextReplacing(to, from, in, inBytes, nullptr, 0, kReplacement) ==
+             convertReplacing(to, from, in, inBytes, nullptr, 0, kReplacement));
 }
 
 // Units that make the transcoder's cases likely: ASCII, two- and three-byte characters, both

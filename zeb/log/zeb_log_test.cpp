@@ -9,8 +9,6 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -271,16 +269,15 @@ TEST(LogFiles, PendingFileOpensWhenItGetsALevel) {
 
 TEST(LogFiles, FileInADeepFolderOpensWithItsWholeFolderChain) {
   LogCapture log(0);
-  std::string deep = log.dir().path();
-  for (char level = 'a'; level <= 'c'; ++level) deep += "/" + std::string(120, level);
-  const std::string path = deep + "/deep.log";
+  std::string name;
+  for (char level = 'a'; level <= 'c'; ++level) name += std::string(120, level) + "/";
+  name += "deep.log";
+  const std::string path = log.dir().filePath(name);
   mlogSetFileLogLevel(nullptr, MLOG_INFO);
   mlogOpenFile(path.c_str(), MLOG_INFO);
   mlogWithLevel(MLOG_INFO, "t", "deep line");
   mlogCloseAllFile();
-  std::ifstream in(path);
-  const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  EXPECT_NE(text.find("deep line"), std::string::npos);
+  EXPECT_NE(log.dir().readFile(name).find("deep line"), std::string::npos);
 }
 
 TEST(LogFiles, ReopenStartsANewFileAfterAMove) {
